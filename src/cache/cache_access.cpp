@@ -1,0 +1,112 @@
+#include "cache/cache_access.hpp"
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <boost/format.hpp>
+#include <boost/interprocess/sync/file_lock.hpp>
+#include <boost/interprocess/sync/scoped_lock.hpp>
+#include <boost/property_tree/ini_parser.hpp>
+#include <boost/property_tree/ptree.hpp>
+
+#include <ctime>
+#include <fstream>
+#include <iostream>
+
+// The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
+// file. So a read is locked until its stream closes, and a store is no longer locked while it
+// writes: a reader may then see an empty file. This is intended; the order in which the streams
+// below are opened and closed is part of the behaviour.
+
+namespace {
+
+using boost::interprocess::file_lock;
+using boost::property_tree::ptree;
+using scoped_file_lock = boost::interprocess::scoped_lock<file_lock>;
+
+constexpr long lock_wait_microseconds = 250'000;
+
+boost::posix_time::ptime lock_deadline()
+{
+  return boost::posix_time::microsec_clock::universal_time()
+         + boost::posix_time::microseconds{lock_wait_microseconds};
+}
+
+bool owns_lock(scoped_file_lock const& lock, bool debug)
+{
+  if (!lock.owns() && debug)
+    std::cerr << "Unable to obtain file lock." << std::endl;
+  return lock.owns();
+}
+
+ptree::path_type key_path(char const* pattern, std::string const& entry_name)
+{
+  return {str(boost::format{pattern} % entry_name), '.'};
+}
+
+ptree::path_type info_path(std::string const& entry_name)
+{
+  return key_path("%1%.info", entry_name);
+}
+
+ptree::path_type timestamp_path(std::string const& entry_name)
+{
+  return key_path("%1%.timestamp", entry_name);
+}
+
+} // namespace
+
+bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
+                    std::string& release_text, long& timestamp, bool debug)
+{
+  auto const file_name = cache_file.native();
+  try {
+    file_lock file{file_name.c_str()};
+    scoped_file_lock const lock{file, lock_deadline()};
+    if (!owns_lock(lock, debug))
+      return false;
+    ptree content;
+    std::ifstream in{file_name};
+    read_ini(in, content);
+    release_text = content.get(info_path(entry_name), std::string{});
+    timestamp = content.get(timestamp_path(entry_name), 0L);
+    return true;
+  } catch (boost::property_tree::ptree_bad_path const&) {
+    return false;
+  } catch (boost::property_tree::ptree_error const& error) {
+    // An invalid file would fail every later run: empty it, so that the next store can fill it.
+    std::ofstream const emptied{file_name};
+    if (debug)
+      std::cerr << error.what() << std::endl;
+    return false;
+  } catch (std::exception const& error) {
+    if (debug)
+      std::cerr << error.what() << std::endl;
+    return false;
+  }
+}
+
+void update_last_known(boost::filesystem::path cache_file, std::string entry_name,
+                       std::string const& release_text, bool debug)
+{
+  auto const file_name = cache_file.native();
+  try {
+    // The lock needs an existing file. If this fails, so does opening the file for the lock.
+    std::ofstream{file_name, std::ios::app};
+    file_lock file{file_name.c_str()};
+    scoped_file_lock const lock{file, lock_deadline()};
+    if (!owns_lock(lock, debug))
+      return;
+    ptree content;
+    {
+      std::ifstream in{file_name};
+      read_ini(in, content);
+    }
+    content.put(info_path(entry_name), release_text);
+    content.put(timestamp_path(entry_name), std::time(nullptr));
+    std::ofstream out{file_name};
+    write_ini(out, content);
+  } catch (std::exception const& error) {
+    // An invalid file is not emptied here: only a read recovers from one, and that is intended.
+    if (debug)
+      std::cerr << error.what() << std::endl;
+  }
+}
