@@ -1,0 +1,13 @@
+#pragma once
+
+#include <openssl/types.h>
+
+// OpenSSL's verify callback, see SSL_CTX_set_verify(3). Accepts a step that OpenSSL accepted. A
+// step rejected because the issuer is not trusted (errors 18, 19 and 20) is accepted, and its error
+// cleared, when the platform trusts the chain; every other rejection stands. Returns 1 to accept, 0
+// to reject; an exception inside ends the process.
+extern "C" int verify_server_certificates(int preverified, X509_STORE_CTX* store_context) noexcept;
+
+// Whether the platform's trust store accepts the chain that OpenSSL has built so far, the server's
+// own certificate first. False as well when the chain is empty or a certificate cannot be encoded.
+bool verify_certificate_chain(X509_STORE_CTX* store_context);

@@ -1,0 +1,89 @@
+#include "fetch/platform_trust.hpp"
+
+#include <openssl/err.h>
+#include <openssl/x509.h>
+#include <openssl/x509v3.h>
+
+#include <unistd.h>
+
+#include <array>
+#include <type_traits>
+
+namespace {
+
+// The distributions' own bundles of trusted roots; the first that exists is the platform's.
+constexpr std::array bundles{
+    "/etc/ssl/certs/ca-certificates.crt",                // Debian, Ubuntu, Arch, Alpine, Gentoo
+    "/etc/pki/ca-trust/extracted/pem/tls-ca-bundle.pem", // Fedora, RHEL
+    "/etc/ssl/ca-bundle.pem",                            // openSUSE
+    "/etc/pki/tls/certs/ca-bundle.crt",
+    "/etc/pki/tls/cacert.pem",
+    "/etc/ssl/cert.pem",
+};
+constexpr char const* hashed_directory = "/etc/ssl/certs";
+
+template <auto free_function>
+using deleter = std::integral_constant<decltype(free_function), free_function>;
+using trust_anchors = std::unique_ptr<X509_STORE, deleter<X509_STORE_free>>;
+using verification = std::unique_ptr<X509_STORE_CTX, deleter<X509_STORE_CTX_free>>;
+using certificate_list =
+    std::unique_ptr<STACK_OF(X509), decltype([](STACK_OF(X509) * list) { sk_X509_free(list); })>;
+
+bool load(X509_STORE* anchors)
+{
+  for (char const* const bundle : bundles)
+    if (access(bundle, F_OK) == 0)
+      return X509_STORE_load_file(anchors, bundle) == 1;
+  return X509_STORE_load_path(anchors, hashed_directory) == 1;
+}
+
+X509* x509(platform_certificate const& certificate)
+{
+  return static_cast<X509*>(certificate.get());
+}
+
+certificate_list issuers(std::span<platform_certificate const> chain)
+{
+  certificate_list list{sk_X509_new_null()};
+  for (auto const& certificate : chain.subspan(1))
+    if (!list || !sk_X509_push(list.get(), x509(certificate)))
+      return nullptr;
+  return list;
+}
+
+bool evaluate(std::span<platform_certificate const> chain)
+{
+  certificate_list const untrusted = issuers(chain);
+  trust_anchors const anchors{X509_STORE_new()};
+  verification const context{X509_STORE_CTX_new()};
+  if (!untrusted || !anchors || !context || !load(anchors.get()))
+    return false;
+  if (!X509_STORE_CTX_init(context.get(), anchors.get(), x509(chain.front()), untrusted.get())
+      || !X509_STORE_CTX_set_purpose(context.get(), X509_PURPOSE_SSL_SERVER))
+    return false;
+  // Whatever stands in the bundle is trusted, a certificate that is no CA included.
+  X509_STORE_CTX_set_flags(context.get(), X509_V_FLAG_PARTIAL_CHAIN);
+  return X509_verify_cert(context.get()) == 1;
+}
+
+} // namespace
+
+// The callers run inside a handshake of OpenSSL, which takes errors left in its queue for its own;
+// so what is queued here is dropped again.
+
+platform_certificate create_platform_certificate(std::span<unsigned char const> der)
+{
+  ERR_set_mark();
+  unsigned char const* in = der.data();
+  X509* const certificate = d2i_X509(nullptr, &in, static_cast<long>(der.size()));
+  ERR_pop_to_mark();
+  return {certificate, [](void* object) { X509_free(static_cast<X509*>(object)); }};
+}
+
+bool is_trusted_server(std::span<platform_certificate const> chain)
+{
+  ERR_set_mark();
+  bool const trusted = evaluate(chain);
+  ERR_pop_to_mark();
+  return trusted;
+}

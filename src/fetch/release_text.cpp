@@ -1,0 +1,35 @@
+#include "fetch/release_text.hpp"
+
+#include <boost/algorithm/string/erase.hpp>
+
+#include <iostream>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view opening_marker = "<!--ReleaseInfo";
+constexpr std::string_view closing_marker = "-->";
+
+std::string missing_marker(std::string_view marker, bool debug)
+{
+  if (debug)
+    std::cerr << "'" << marker << "' delimiter not found." << std::endl;
+  return {};
+}
+
+} // namespace
+
+std::string extract_release_text(std::string const& body, bool debug)
+{
+  auto const opening = body.find(opening_marker);
+  if (opening == std::string::npos)
+    return missing_marker(opening_marker, debug);
+  auto const begin = opening + opening_marker.size();
+  auto const end = body.find(closing_marker, begin);
+  if (end == std::string::npos)
+    return missing_marker(closing_marker, debug);
+  auto release_text = body.substr(begin, end - begin);
+  boost::erase_all(release_text, "\n");
+  boost::erase_all(release_text, "\r");
+  return release_text;
+}
