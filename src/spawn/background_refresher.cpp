@@ -1,0 +1,61 @@
+#include "spawn/background_refresher.hpp"
+
+#include <boost/dll/runtime_symbol_info.hpp>
+#include <boost/format.hpp>
+#include <boost/program_options/variables_map.hpp>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <string>
+
+namespace {
+
+bool fails_with(char const* message)
+{
+  std::cerr << message << std::endl;
+  return false;
+}
+
+// The messages here and below are fixed, spelling and all: scripts may look for them.
+bool discard_output()
+{
+  int const null = open("/dev/null", O_WRONLY);
+  if (null < 0)
+    return fails_with("Unble to open /dev/null.");
+  if (dup2(null, STDOUT_FILENO) < 0 || dup2(null, STDERR_FILENO) < 0)
+    return fails_with("dup2 call failed.");
+  return true; // The descriptor stays open in the copy, which ends soon.
+}
+
+std::string argument(char const* pattern, options_map& options, char const* name)
+{
+  return str(boost::format{pattern} % options[name].as<std::string>());
+}
+
+} // namespace
+
+bool spawn_blocking(options_map& options)
+{
+  pid_t const child = fork();
+  if (child < 0)
+    return fails_with("Unable to start child process (first fork).");
+  if (child > 0)
+    return true;
+  if (!discard_output())
+    return false;
+
+  auto const program = boost::dll::program_location().string();
+  auto const host = argument("--host=%1%", options, "host");
+  auto const port = argument("--port=%1%", options, "port");
+  auto const target = argument("--target=%1%", options, "target");
+  auto const ini_dir = argument("--ini-dir=%1%", options, "ini-dir");
+  execl(program.c_str(), program.c_str(), host.c_str(), port.c_str(), target.c_str(),
+        ini_dir.c_str(), "--blocking", nullptr);
+  int const error = errno;
+  std::cerr << "Exec error: " << error << ", " << std::strerror(error) << std::endl;
+  return false;
+}
