@@ -1,0 +1,56 @@
+#include "cli/command_line.hpp"
+
+#include "cli/build_settings.hpp"
+
+#include <boost/program_options.hpp>
+
+#include <sstream>
+
+namespace po = boost::program_options;
+
+namespace {
+
+po::options_description visible_options()
+{
+  po::options_description visible{"get-qmb-ver <options> <page target>\noptions"};
+  visible.add_options()
+      // clang-format off
+      ("help", "produce help message")
+      ("host", po::value<std::string>()->default_value(default_host), "host URL")
+      ("port", po::value<std::string>()->default_value("443"), "port number")
+      ("blocking", po::bool_switch(), "block until server response");
+  // clang-format on
+  return visible;
+}
+
+po::options_description hidden_options(std::string const& home_directory)
+{
+  po::options_description hidden;
+  hidden.add_options()
+      // clang-format off
+      ("ini-dir", po::value<std::string>()->default_value(home_directory))
+      ("target", po::value<std::string>())
+      ("debug", po::bool_switch());
+  // clang-format on
+  return hidden;
+}
+
+} // namespace
+
+void parse_command_line(int argc, char* argv[], std::string const& home_directory,
+                        options_map& options)
+{
+  po::options_description all;
+  all.add(visible_options()).add(hidden_options(home_directory));
+  po::positional_options_description positional;
+  positional.add("target", 1);
+  store(po::command_line_parser(argc, argv).options(all).positional(positional).run(), options);
+  notify(options);
+}
+
+std::string options_help()
+{
+  std::ostringstream text;
+  text << visible_options();
+  return text.str();
+}

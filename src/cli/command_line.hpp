@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cli/options_map.hpp"
+
+#include <string>
+
+// Parses argc and argv (as main got them, bytes unconverted) into the options. home_directory is
+// the default of "ini-dir". A bad command line raises a boost::program_options::error with the
+// library's own message: an unknown option, a missing or unexpected value, a second page target.
+void parse_command_line(int argc, char* argv[], std::string const& home_directory,
+                        options_map& options);
+
+// The usage line and the documented options, one a line, as the help shows them.
+std::string options_help();

@@ -1,0 +1,68 @@
+#include "cli/run_flow.hpp"
+
+#include "cache/cache_access.hpp"
+#include "cli/entry_name.hpp"
+#include "cli/settings_directory.hpp"
+#include "fetch/page_fetch.hpp"
+#include "spawn/background_refresher.hpp"
+
+#include <boost/program_options/variables_map.hpp>
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+namespace {
+
+constexpr long double staleness_limit_seconds = 86400.0L;
+
+int run_blocking(options_map& options, boost::filesystem::path const& cache_file,
+                 std::string const& entry, bool debug)
+{
+  std::string release_text;
+  if (get_from_server(options, release_text, debug) && !release_text.empty()) {
+    std::cout << release_text << std::endl;
+    update_last_known(cache_file, entry, release_text, debug);
+  }
+  // A failed fetch is no failure of the run: the next one tries again.
+  return EXIT_SUCCESS;
+}
+
+int run_from_cache(options_map& options, boost::filesystem::path const& cache_file,
+                   std::string const& entry, bool debug)
+{
+  std::string release_text;
+  long timestamp = 0;
+  if (get_last_known(cache_file, entry, release_text, timestamp, debug) && !release_text.empty())
+    std::cout << release_text << std::endl;
+  if (debug) {
+    std::cout << "Timestamp: " << timestamp << std::endl;
+    std::cout << "Now:       " << std::time(nullptr) << std::endl;
+  }
+  if (is_stale(std::time(nullptr), timestamp))
+    return spawn_blocking(options) ? EXIT_SUCCESS : EXIT_FAILURE;
+  return EXIT_SUCCESS;
+}
+
+} // namespace
+
+bool is_stale(std::time_t now, long timestamp)
+{
+  // A timestamp comes from a file that anyone may edit; in floating point no value overflows.
+  return static_cast<long double>(now)
+         > static_cast<long double>(timestamp) + staleness_limit_seconds;
+}
+
+int run(options_map& options)
+{
+  auto const cache_file = cache_file_path(options["ini-dir"].as<std::string>());
+  auto const entry =
+      entry_name(options["host"].as<std::string>(), options["target"].as<std::string>());
+  bool const debug = options["debug"].as<bool>();
+  if (debug) {
+    std::cout << "ini file: " << cache_file.native() << std::endl;
+    std::cout << "ini entry: " << entry << std::endl;
+  }
+  return options["blocking"].as<bool>() ? run_blocking(options, cache_file, entry, debug)
+                                        : run_from_cache(options, cache_file, entry, debug);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "cli/options_map.hpp"
+
+#include <boost/filesystem/path.hpp>
+
+#include <string>
+
+// The home directory by the environment: HOME, else USERPROFILE, else HOMEDRIVE joined with
+// HOMEPATH when both are set, else the empty text. A variable that is set counts even when it is
+// empty. The bytes are those of environ(7), unchecked.
+std::string home_directory();
+
+// Whether the options name a settings directory. An empty text names none; any other text is taken
+// as it stands, existing or not. An "ini-dir" that holds no text raises boost::bad_any_cast.
+bool has_settings_directory(options_map& options);
+
+// The path of the cache file within the settings directory. Nothing is looked up on disk.
+boost::filesystem::path cache_file_path(std::string const& settings_directory);
