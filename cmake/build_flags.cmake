@@ -1,0 +1,22 @@
+# The flags that all targets share: warnings, and either hardening or the sanitizers.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+add_library(build_flags INTERFACE)
+target_compile_options(build_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(GET_QMB_VER_SANITIZE)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
+  target_compile_options(build_flags INTERFACE ${sanitizers} -fno-omit-frame-pointer)
+  target_compile_definitions(build_flags INTERFACE _GLIBCXX_ASSERTIONS)
+  target_link_options(build_flags INTERFACE ${sanitizers})
+else()
+  target_compile_options(build_flags INTERFACE -fstack-protector-strong)
+  target_compile_definitions(build_flags INTERFACE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+  target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now)
+endif()
