@@ -57,7 +57,7 @@ ptree::path_type timestamp_path(std::string const& entry_name)
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
                     std::string& release_text, long& timestamp, bool debug)
 {
-  auto const file_name = cache_file.native();
+  auto const& file_name = cache_file.native();
   try {
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
@@ -87,10 +87,10 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
 void update_last_known(boost::filesystem::path cache_file, std::string entry_name,
                        std::string const& release_text, bool debug)
 {
-  auto const file_name = cache_file.native();
+  auto const& file_name = cache_file.native();
   try {
     // The lock needs an existing file. If this fails, so does opening the file for the lock.
-    std::ofstream{file_name, std::ios::app};
+    std::ofstream{file_name, std::ios::app}.close();
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
     if (!owns_lock(lock, debug))

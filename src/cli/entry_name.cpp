@@ -14,7 +14,7 @@ std::uint64_t hash(std::string const& key)
   std::uint64_t h = 0;
   for (char const byte : key) {
     // Bytes from 0x80 up count as negative numbers, on machines whose char is unsigned as well.
-    auto k = static_cast<std::uint64_t>(static_cast<std::int8_t>(byte));
+    auto k = static_cast<std::uint64_t>(std::int64_t{static_cast<std::int8_t>(byte)});
     k *= multiplier;
     k ^= k >> 47;
     k *= multiplier;
