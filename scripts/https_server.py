@@ -1,0 +1,123 @@
+"""Throwaway certificates and a small HTTPS server on a free loopback port, for tests and demo.
+
+Run as a program it makes an authority in the folder given, FOLDER/root.pem, prints its port and
+serves a page with a release block until it is ended.
+"""
+import pathlib
+import socket
+import ssl
+import subprocess
+import sys
+import threading
+
+PAGE = b"<html><body>\n<!--ReleaseInfo\r\n4.7.2 (2022-06-30)\r\n-->\n</body></html>\n"
+CERTIFICATE_KINDS = """
+[req]
+distinguished_name = dn
+[dn]
+[authority]
+basicConstraints = critical, CA:TRUE
+subjectKeyIdentifier = hash
+[server]
+basicConstraints = CA:FALSE
+extendedKeyUsage = serverAuth
+"""
+
+
+def http_response(body, status="200 OK"):
+    return f"HTTP/1.0 {status}\r\nContent-Length: {len(body)}\r\n\r\n".encode() + body
+
+
+def make_certificate(folder, name, issuer=None, kind="server", days=30):
+    """Makes name.key and name.pem in the folder, signed by the issuer of that folder or itself."""
+    pathlib.Path(folder, "kinds.cnf").write_text(CERTIFICATE_KINDS)
+
+    def openssl(*arguments):
+        subprocess.run(["openssl", *arguments], cwd=folder, check=True, capture_output=True)
+
+    openssl("req", "-config", "kinds.cnf", "-newkey", "ec", "-pkeyopt",
+            "ec_paramgen_curve:P-256", "-nodes", "-subj", f"/CN={name}", "-keyout", f"{name}.key",
+            "-out", f"{name}.csr")
+    signed_by = (["-CA", f"{issuer}.pem", "-CAkey", f"{issuer}.key", "-CAcreateserial"]
+                 if issuer else ["-signkey", f"{name}.key"])
+    openssl("x509", "-req", "-in", f"{name}.csr", *signed_by, "-days", str(days),
+            "-extfile", "kinds.cnf", "-extensions", kind, "-out", f"{name}.pem")
+
+
+class Server:
+    """Answers every request on `port` with `response` and notes the requests as they came.
+
+    It sends the certificates that are named, its own first, out of those made in the folder.
+    """
+
+    def __init__(self, folder, certificates, response=http_response(PAGE),
+                 version=ssl.TLSVersion.TLSv1_2, close_notify=True):
+        self.response = response
+        self.close_notify = close_notify
+        self.requests = []
+        self.requested = threading.Event()  # a request is noted
+        self.may_answer = threading.Event()  # cleared, the server keeps its client waiting
+        self.may_answer.set()
+        self.context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        self.context.set_ciphers("DEFAULT:@SECLEVEL=0")
+        self.context.minimum_version = self.context.maximum_version = version
+        chain = pathlib.Path(folder, "chain.pem")
+        chain.write_text("".join(chain.with_name(f"{name}.pem").read_text()
+                                 for name in certificates))
+        self.context.load_cert_chain(chain, chain.with_name(f"{certificates[0]}.key"))
+        self.server_name = None
+        self.context.sni_callback = lambda _, name, __: setattr(self, "server_name", name)
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.port = str(self.listener.getsockname()[1])
+
+    def serve(self):
+        while True:
+            try:
+                connection, _ = self.listener.accept()
+            except OSError:
+                return  # closed
+            with connection:
+                try:
+                    self.answer(self.context.wrap_socket(connection, server_side=True))
+                except OSError:
+                    pass  # a client that refuses the server just goes away
+
+    def answer(self, stream):
+        request = b""
+        while not request.endswith(b"\r\n\r\n"):
+            received = stream.recv(4096)
+            if not received:
+                return
+            request += received
+        self.requests.append(request)
+        self.requested.set()
+        self.may_answer.wait()
+        stream.sendall(self.response)
+        if self.close_notify:
+            stream.unwrap()  # a bare end of the connection would be a truncated stream
+        else:
+            stream.shutdown(socket.SHUT_WR)
+            while stream.recv(4096):
+                pass
+        stream.close()
+
+    def __enter__(self):
+        threading.Thread(target=self.serve, daemon=True).start()
+        return self
+
+    def __exit__(self, *_):
+        self.may_answer.set()
+        self.listener.shutdown(socket.SHUT_RDWR)
+        self.listener.close()
+
+
+def main(folder):
+    make_certificate(folder, "root", kind="authority")
+    make_certificate(folder, "server", issuer="root")
+    server = Server(folder, ["server", "root"])
+    print(server.port, flush=True)
+    server.serve()
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])

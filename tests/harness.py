@@ -1,0 +1,69 @@
+"""What the tests of the real program share."""
+import contextlib
+import ctypes
+import fcntl
+import os
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+from https_server import Server, make_certificate
+
+PROGRAM = os.path.realpath(os.environ["GET_QMB_VER"])
+ENTRY = "RevisionInfo-B44002F9B621E80E"  # of localhost and index.html
+PAGE_TEXT = "4.7.2 (2022-06-30)\n"  # what the server's page carries
+PR_SET_CHILD_SUBREAPER = 36
+ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)  # background copies become our children
+
+
+def exit_status_of_copy():
+    return os.waitstatus_to_exitcode(os.waitpid(-1, 0)[1])
+
+
+class ProgramTest(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        self.home = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.cache = self.home / ".qvd_qmb_properties.ini"
+        self.environment = {"HOME": str(self.home), "PATH": os.environ["PATH"],
+                            "SSL_CERT_FILE": f"{self.home}/server.pem", "SSL_CERT_DIR": "/none"}
+
+    def start(self, *arguments, prefix=(), program=PROGRAM, env=None, **options):
+        return subprocess.Popen([*prefix, program, *arguments], stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                                env=self.environment if env is None else env, **options)
+
+    def result(self, process):
+        """Exit status, standard output and standard error."""
+        output, errors = process.communicate(timeout=60)
+        return process.returncode, output, errors
+
+    def run_program(self, *arguments, **options):
+        return self.result(self.start(*arguments, **options))
+
+    def run_page(self, *arguments, port="1", **options):
+        return self.run_program("--host=localhost", f"--port={port}", "index.html", *arguments,
+                                **options)
+
+    def start_at_lock(self, **options):
+        """A run that has opened the cache file, whose lock the caller holds, and waits for it."""
+        process = self.start("--host=localhost", "--port=1", "index.html", **options)
+        while process.poll() is None:
+            with contextlib.suppress(FileNotFoundError):
+                descriptors = pathlib.Path(f"/proc/{process.pid}/fd").iterdir()
+                if any(link.samefile(self.cache) for link in descriptors):
+                    break
+        return process
+
+    @contextlib.contextmanager
+    def held_lock(self):
+        with open(self.cache, "a") as file:
+            fcntl.lockf(file, fcntl.LOCK_EX)
+            yield
+
+    def server(self, *arguments, **options):
+        """A server that the program trusts, although its certificate names another host."""
+        make_certificate(self.home, "server")
+        return Server(self.home, ["server"], *arguments, **options)

@@ -1,0 +1,71 @@
+import contextlib
+import os
+import pathlib
+import resource
+import shutil
+
+from harness import PROGRAM, ProgramTest, exit_status_of_copy
+
+NOBODY = 65534
+
+
+def child():
+    for status in pathlib.Path("/proc").glob("[0-9]*/status"):
+        with contextlib.suppress(OSError):  # others come and go
+            if f"\nPPid:\t{os.getpid()}\n" in status.read_text():
+                return status.parent
+
+
+class BackgroundCopy(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        # Looking for leaks takes descriptors and processes, and some tests here leave it none.
+        self.environment["ASAN_OPTIONS"] = "detect_leaks=0"
+
+    def test_it_is_the_same_program_with_explicit_options(self):
+        target = "--target=-a %1% b"
+        with self.server() as server:
+            server.may_answer.clear()
+            self.assertEqual(self.run_program("--host=localhost", "--port", server.port, "--debug",
+                                              target, cwd=self.home)[0], 0)
+            self.assertTrue(server.requested.wait(30))
+            copy = child()
+            self.assertEqual((copy / "cmdline").read_text().split("\0")[:-1], [
+                PROGRAM, "--host=localhost", f"--port={server.port}", target,
+                f"--ini-dir={self.home}", "--blocking"])
+            self.assertEqual([os.readlink(copy / name) for name in (
+                "exe", "cwd", "fd/0", "fd/1", "fd/2", "fd/3")],
+                [PROGRAM, str(self.home), *["/dev/null"] * 4])
+            self.assertEqual(os.getpgid(int(copy.name)), os.getpgid(0))
+            server.may_answer.set()
+            self.assertEqual(exit_status_of_copy(), 0)
+        self.assertTrue(self.cache.exists())
+
+    def test_a_copy_that_cannot_silence_itself_says_so(self):
+        for limit, closed, message in [(3, [], "Unble to open /dev/null.\n"),
+                                       (2, [0], "dup2 call failed.\n")]:
+            with self.held_lock():
+                process = self.start_at_lock(preexec_fn=lambda: [os.close(n) for n in closed])
+                resource.prlimit(process.pid, resource.RLIMIT_NOFILE, (limit, limit))
+                self.assertEqual(self.result(process), (0, "", message))
+            self.assertEqual(exit_status_of_copy(), 1)
+
+    def test_a_program_that_is_gone_is_the_copys_own_failure(self):
+        program = shutil.copy(PROGRAM, self.home)
+        with self.held_lock():
+            process = self.start_at_lock(program=program)
+            os.unlink(program)
+        self.assertEqual(self.result(process), (0, "", ""))
+        self.assertEqual(exit_status_of_copy(), 1)
+
+    def test_no_process_no_refresh(self):
+        def forbid_processes():
+            if os.geteuid() == 0:
+                os.setgroups([])
+                os.setuid(NOBODY)
+            resource.setrlimit(resource.RLIMIT_NPROC, (0, 0))
+
+        self.home.chmod(0o755)
+        program = shutil.copy(PROGRAM, self.home)
+        self.assertEqual(self.run_page(program=program, preexec_fn=forbid_processes),
+                         (1, "", "Unable to start child process (first fork).\n"))

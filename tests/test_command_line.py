@@ -1,0 +1,51 @@
+from harness import ENTRY, ProgramTest
+
+HELP = r"""\AQMB Version Getter 1\.0\.0-7.* \(\d{4}-[A-Z][a-z]{2}-\d\d \d\d:\d\d:\d\d\)\.
+get-qmb-ver <options> <page target>
+options:
+  --help                        produce help message
+  --host arg \(=www\.example\.com\) host URL
+  --port arg \(=443\)             port number
+  --blocking                    block until server response
+
+\Z"""
+
+
+class CommandLine(ProgramTest):
+    def test_a_bad_command_line_is_told_in_one_line(self):
+        for arguments, message in [
+                (["--ini-dir", ""], "Please provide page target."),
+                (["--ini-dir", "", "p"], "Unable to establish path for *.ini file."),
+                (["--ini-dir=", "p"], "Exception: the argument for option '--ini-dir' should follow "
+                                      "immediately after the equal sign"),
+                (["--blocking=1"], "Exception: option '--blocking' does not take any arguments"),
+                (["a", "b"], "Exception: too many positional options have been specified on the "
+                             "command line")]:
+            self.assertEqual(self.run_program(*arguments), (1, "", message + "\n"))
+
+    def test_help_needs_nothing_else(self):
+        status, output, errors = self.run_program("--help", "--blocking", "p", env={})
+        self.assertEqual((status, errors), (0, ""))
+        self.assertRegex(output, HELP)
+
+    def test_the_settings_directory_comes_from_option_or_environment(self):
+        for environment, arguments, directory in [
+                ({"HOME": "/h", "USERPROFILE": "/u"}, [], "/h/"),
+                ({"HOME": "", "USERPROFILE": "/u"}, [], None),
+                ({"USERPROFILE": "/u/", "HOMEDRIVE": "C:", "HOMEPATH": "/me"}, [], "/u/"),
+                ({"HOMEDRIVE": "C:", "HOMEPATH": r"\Users\me"}, [], r"C:/\Users\me/"),
+                ({"HOMEDRIVE": "C:", "HOMEPATH": "/me"}, [], "C:/me/"),
+                ({"HOMEDRIVE": "C:"}, [], None),
+                ({"HOME": "/h"}, ["--ini-dir", "x y"], "x y/")]:
+            # An empty host is refused before anything is sent.
+            status, output, _ = self.run_program("--host", "", "--debug", "--blocking", "a",
+                                                 *arguments, env=environment)
+            wanted = f"ini file: {directory}.qvd_qmb_properties.ini\n" if directory else ""
+            self.assertEqual((status, output.split("ini entry")[0]), (int(not wanted), wanted))
+
+    def test_names_of_entries_never_change(self):
+        for host, target, entry in [("localhost", "index.html", ENTRY),
+                                    ("localhost", "/page", "RevisionInfo-785739D6B89F466"),
+                                    ("a", "é", "RevisionInfo-8967B76197190AD1")]:
+            self.cache.write_text(f"[{entry}]\ninfo=x\ntimestamp=9999999999\n")
+            self.assertEqual(self.run_program("--host", host, target), (0, "x\n", ""))

@@ -1,0 +1,26 @@
+#include "cli/banner.hpp"
+#include "cli/run_flow.hpp"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdlib>
+
+TEST(Banner, ShowsTheBuildTimeOfTheLocalClock)
+{
+  auto const built_in = [](char const* zone, char const* date) {
+    setenv("TZ", zone, 1);
+    auto const text = banner(cvt_DATE_TIME(date, "09:29:06"));
+    return text.substr(text.rfind('('));
+  };
+  EXPECT_EQ(built_in("UTC0", "Jul 25 2022"), "(2022-Jul-25 09:29:06).");
+  EXPECT_EQ(built_in("UTC0", "Dec  1 2026"), "(2026-Dec-01 09:29:06).");
+  EXPECT_EQ(built_in("CET-1CEST,M3.5.0,M10.5.0", "Jul 25 2022"), "(2022-Jul-25 07:29:06).");
+}
+
+TEST(RunFlow, AnAnswerIsStaleAfterMoreThanADay)
+{
+  EXPECT_FALSE(is_stale(1'000'086'400, 1'000'000'000));
+  EXPECT_TRUE(is_stale(1'000'086'401, 1'000'000'000));
+  EXPECT_FALSE(is_stale(1'000'000'000, LONG_MAX));
+}
