@@ -16,8 +16,9 @@ class Trust(ProgramTest):
     def setUp(self):
         super().setUp()
         make_certificate(self.home, "root", kind="authority")
-        make_certificate(self.home, "leaf", issuer="root")
-        make_certificate(self.home, "expired", issuer="root", days=-1)
+        make_certificate(self.home, "issuer", issuer="root", kind="authority")
+        make_certificate(self.home, "leaf", issuer="issuer")
+        make_certificate(self.home, "expired", issuer="issuer", days=-1)
         make_certificate(self.home, "single")
         (self.home / "none.pem").touch()
 
@@ -31,16 +32,17 @@ class Trust(ProgramTest):
 
     def test_a_chain_is_accepted_by_openssl_or_else_by_the_platform(self):
         for chain, openssl_trusts, platform_trusts, trusted in [
-                ("leaf", "root", "none", True),
-                ("leaf root", "none", "root", True),
-                ("leaf root", "none", "leaf", True),
-                ("leaf root", "none", "none", False),
-                ("leaf root", "none", "single", False),
-                ("leaf", "none", "root", False),  # no issuer at hand: nothing to ask about
+                ("leaf issuer", "root", "none", True),
+                ("leaf issuer", "none", "root", True),
+                ("leaf issuer root", "none", "root", True),
+                ("leaf issuer", "none", "leaf", True),
+                ("leaf issuer", "none", "none", False),
+                ("leaf issuer root", "none", "single", False),
+                ("leaf", "none", "issuer", False),  # no issuer at hand: OpenSSL's no is final
                 ("single", "none", "single", True),
                 ("single", "none", "root", False),
-                ("expired", "root", "root", False),
-                ("expired root", "none", "root", False)]:
+                ("expired issuer", "root", "root", False),
+                ("expired issuer", "none", "root", False)]:
             with self.subTest(chain, openssl=openssl_trusts, platform=platform_trusts):
                 _, output, errors = self.fetch(chain, openssl_trusts, platform_trusts)
                 self.assertEqual(output.endswith(PAGE_TEXT), trusted)
@@ -49,5 +51,5 @@ class Trust(ProgramTest):
 
     def test_no_version_but_tls_1_2_is_spoken(self):
         for version in ssl.TLSVersion.TLSv1_1, ssl.TLSVersion.TLSv1_3:
-            _, _, errors = self.fetch("leaf", "root", "none", version=version)
+            _, _, errors = self.fetch("leaf issuer", "root", "none", version=version)
             self.assertRegex(errors, r"\Ahandshake: .*protocol")
