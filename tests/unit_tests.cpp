@@ -6,7 +6,7 @@
 #include <climits>
 #include <cstdlib>
 
-TEST(Banner, ShowsTheBuildTimeOfTheLocalClock)
+TEST(Banner, IsShiftedByTheOffsetOfTheMachine)
 {
   auto const built_in = [](char const* zone, char const* date) {
     setenv("TZ", zone, 1);

@@ -13,8 +13,8 @@
 
 // The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
 // file. So a read is locked until its stream closes, and a store is no longer locked while it
-// writes: a reader may then see an empty file. This is intended; the order in which the streams
-// below are opened and closed is part of the behaviour.
+// writes: a reader may then see an empty or half-written file. This is intended; the order in which
+// the streams below are opened and closed is part of the behaviour.
 
 namespace {
 
@@ -70,9 +70,10 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     timestamp = content.get(timestamp_path(entry_name), 0L);
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
-    return false;
+    return false; // a key that the file lacks is no reason to empty it
   } catch (boost::property_tree::ptree_error const& error) {
-    // An invalid file would fail every later run: empty it, so that the next store can fill it.
+    // An invalid file would fail every later run: empty it, so that the next store can fill it. The
+    // lock is gone by now, and that is intended.
     std::ofstream const emptied{file_name};
     if (debug)
       std::cerr << error.what() << std::endl;

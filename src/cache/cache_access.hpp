@@ -4,13 +4,15 @@
 
 #include <string>
 
-// The cache file is INI text, one section an entry with the keys "info" (the release text) and
-// "timestamp" (seconds since the epoch). Both functions hold an exclusive record lock on the file
-// itself, see fcntl(2), and give up after waiting 250 ms for it. Every std::exception is caught;
-// its message goes to standard error when debug is set.
+// The cache file is INI text with one section per entry and in it the keys "info" (the release
+// text) and "timestamp" (seconds since the epoch). Both functions take an exclusive record lock on
+// the file itself, see fcntl(2), and give up after waiting 250 ms for it. A read is locked
+// throughout; a store loses the lock before it writes. Every std::exception is caught; with debug,
+// its message goes to standard error.
 
-// Reads one entry; what the entry lacks reads as "" and 0. Returns false, leaving both outputs
-// alone, when the file is missing, locked or unreadable. A file that is not valid INI is emptied.
+// Reads one entry and returns true; what the file lacks of it reads as "" and 0. Returns false and
+// leaves both outputs alone when the file is missing, locked, unreadable or not valid INI; in the
+// last case the file is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
                     std::string& release_text, long& timestamp, bool debug);
 

@@ -26,8 +26,8 @@ std::time_t cvt_DATE_TIME(char const* date, char const* time)
 
 std::string banner(std::time_t build_time)
 {
-  // The compiler's local time is shown as UTC, so away from UTC the banner is shifted by the
-  // machine's offset. That is intended: it shows the same instant on every machine's own terms.
+  // Read as local time and shown as UTC, the compiler's clock appears shifted by the offset of the
+  // machine that runs the program. That is intended.
   auto const built = boost::posix_time::from_time_t(build_time);
   return str(boost::format{"QMB Version Getter %1%%3% (%2%)."} % program_version
              % to_simple_string(built) % maker_notice);

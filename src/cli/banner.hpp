@@ -3,9 +3,9 @@
 #include <ctime>
 #include <string>
 
-// Reads the texts of the compiler's __DATE__ ("Mmm dd yyyy") and __TIME__ ("hh:mm:ss") as local
-// time of the machine that runs the program and returns the calendar time in seconds. Texts of any
-// other form give an unspecified time; nothing is validated and nothing is thrown. See mktime(3).
+// Reads the compiler's __DATE__ ("Mmm dd yyyy") and __TIME__ ("hh:mm:ss") as local time of the
+// machine that runs the program and returns the calendar time in seconds. Nothing is validated and
+// nothing is thrown: texts of any other form are undefined behaviour. See mktime(3).
 std::time_t cvt_DATE_TIME(char const* date, char const* time);
 
 // The line that heads the help: name, version, the maker's notice and the build time. Errors of the

@@ -10,5 +10,5 @@
 void parse_command_line(int argc, char* argv[], std::string const& home_directory,
                         options_map& options);
 
-// The usage line and the documented options, one a line, as the help shows them.
+// The usage line and the documented options, one per line, as the help shows them.
 std::string options_help();

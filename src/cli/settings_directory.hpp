@@ -12,7 +12,7 @@
 std::string home_directory();
 
 // Whether the options name a settings directory. An empty text names none; any other text is taken
-// as it stands, existing or not. An "ini-dir" that holds no text raises boost::bad_any_cast.
+// as it stands, existing or not. An "ini-dir" that is no std::string raises boost::bad_any_cast.
 bool has_settings_directory(options_map& options);
 
 // The path of the cache file within the settings directory. Nothing is looked up on disk.

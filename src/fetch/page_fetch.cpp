@@ -33,8 +33,8 @@ using tls_stream = ssl::stream<beast::tcp_stream>;
 constexpr int http_1_0 = 10;
 constexpr int largest_query_number = 1000;
 
-// The default seed is intended: the query number has to differ from one fetch of a process to the
-// next, so that no cache on the way answers; nobody needs it to be unpredictable.
+// The default seed is intended: every run draws the same numbers. They need not be unpredictable,
+// only make a target that no other client has left in a cache on the way.
 boost::random::mt19937 rangen;
 
 std::string request_target(std::string const& page_target)
@@ -65,7 +65,7 @@ http::request<http::empty_body> page_request(std::string const& host, std::strin
 {
   http::request<http::empty_body> request{http::verb::get, target, http_1_0};
   request.set(http::field::host, host);
-  request.set(http::field::user_agent, "Boost.Beast/330");
+  request.set(http::field::user_agent, "Boost.Beast/330"); // fixed: not the library's version
   return request;
 }
 
@@ -106,7 +106,7 @@ bool get_from_server(options_map& options, std::string& release_text, bool debug
 
     stream.shutdown(error);
     if (error == net::error::eof)
-      error = {}; // The server closed without answering our close_notify.
+      error = {}; // The stream ended after the server's own close_notify: a clean end.
     return succeeded(error, debug);
   } catch (std::exception const& error) {
     if (debug)

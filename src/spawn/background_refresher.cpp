@@ -20,7 +20,7 @@ bool fails_with(char const* message)
   return false;
 }
 
-// The messages here and below are fixed, spelling and all: scripts may look for them.
+// The messages of this file are fixed, spelling and "(first fork)" included: scripts look for them.
 bool discard_output()
 {
   int const null = open("/dev/null", O_WRONLY);
@@ -55,7 +55,7 @@ bool spawn_blocking(options_map& options)
   auto const ini_dir = argument("--ini-dir=%1%", options, "ini-dir");
   execl(program.c_str(), program.c_str(), host.c_str(), port.c_str(), target.c_str(),
         ini_dir.c_str(), "--blocking", nullptr);
-  int const error = errno;
+  int const error = errno; // the message lands in /dev/null, where a tracer still sees it
   std::cerr << "Exec error: " << error << ", " << std::strerror(error) << std::endl;
   return false;
 }
