@@ -17,7 +17,12 @@ if(GET_QMB_VER_SANITIZE)
   target_compile_definitions(build_flags INTERFACE _GLIBCXX_ASSERTIONS)
   target_link_options(build_flags INTERFACE ${sanitizers})
 else()
-  target_compile_options(build_flags INTERFACE -fstack-protector-strong)
-  target_compile_definitions(build_flags INTERFACE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
-  target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now)
+  target_compile_options(build_flags INTERFACE
+    -fstack-protector-strong -ffunction-sections -fdata-sections
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+  target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections
+    $<$<CONFIG:Release>:-s>)
+endif()
+if(GET_QMB_VER_STATIC_RUNTIME)
+  target_link_options(build_flags INTERFACE -static-libstdc++ -static-libgcc)
 endif()

@@ -113,8 +113,8 @@ class Server:
 
 def main(folder):
     make_certificate(folder, "root", kind="authority")
-    make_certificate(folder, "server", issuer="root")
-    server = Server(folder, ["server", "root"])
+    make_certificate(folder, "localhost", issuer="root")
+    server = Server(folder, ["localhost", "root"])
     print(server.port, flush=True)
     server.serve()
 
