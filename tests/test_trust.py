@@ -33,16 +33,16 @@ class Trust(ProgramTest):
     def test_a_chain_is_accepted_by_openssl_or_else_by_the_platform(self):
         for chain, openssl_trusts, platform_trusts, trusted in [
                 ("leaf issuer", "root", "none", True),
-                ("leaf issuer", "none", "root", True),
-                ("leaf issuer root", "none", "root", True),
-                ("leaf issuer", "none", "leaf", True),
-                ("leaf issuer", "none", "none", False),
-                ("leaf issuer root", "none", "single", False),
-                ("leaf", "none", "issuer", False),  # no issuer at hand: OpenSSL's no is final
-                ("single", "none", "single", True),
-                ("single", "none", "root", False),
+                ("leaf issuer", "nowhere", "root", True),
+                ("leaf issuer root", "nowhere", "root", True),
+                ("leaf issuer", "nowhere", "leaf", True),
+                ("leaf issuer", "nowhere", "none", False),
+                ("leaf issuer root", "nowhere", "single", False),
+                ("leaf", "nowhere", "issuer", False),  # no issuer at hand: OpenSSL's no is final
+                ("single", "nowhere", "single", True),
+                ("single", "nowhere", "root", False),
                 ("expired issuer", "root", "root", False),
-                ("expired issuer", "none", "root", False)]:
+                ("expired issuer", "nowhere", "root", False)]:
             with self.subTest(chain, openssl=openssl_trusts, platform=platform_trusts):
                 _, output, errors = self.fetch(chain, openssl_trusts, platform_trusts)
                 self.assertEqual(output.endswith(PAGE_TEXT), trusted)
