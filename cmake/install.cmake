@@ -1,0 +1,53 @@
+# What is installed where, and the packages made of it.
+
+include(GNUInstallDirs)
+set(GET_QMB_VER_ZSH_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" CACHE STRING
+    "Where zsh looks for completions, below the prefix")
+
+find_program(GZIP gzip REQUIRED)
+function(add_compressed source target)
+  add_custom_command(OUTPUT ${target}
+    COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/${source} > ${target}
+    DEPENDS ${PROJECT_SOURCE_DIR}/${source} VERBATIM)
+endfunction()
+add_compressed(doc/get-qmb-ver.1 get-qmb-ver.1.gz)
+add_compressed(CHANGELOG.md changelog.gz)
+add_compressed(packaging/changelog changelog.Debian.gz)
+add_custom_target(compressed_documents ALL
+  DEPENDS get-qmb-ver.1.gz changelog.gz changelog.Debian.gz)
+
+install(TARGETS get-qmb-ver)
+install(FILES ${PROJECT_BINARY_DIR}/get-qmb-ver.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES completions/get-qmb-ver.bash
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME get-qmb-ver)
+install(FILES completions/_get-qmb-ver DESTINATION ${GET_QMB_VER_ZSH_DIR})
+install(FILES completions/get-qmb-ver.fish
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+install(FILES README.md doc/architecture.md doc/publishing.md packaging/copyright
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+string(REPLACE "-" ";" version_parts ${GET_QMB_VER_VERSION})
+list(POP_FRONT version_parts CPACK_PACKAGE_VERSION CPACK_DEBIAN_PACKAGE_RELEASE)
+set(CPACK_PACKAGE_CONTACT ${GET_QMB_VER_MAINTAINER})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "print the latest published release of a QMB page")
+set(CPACK_PACKAGE_DESCRIPTION
+  "get-qmb-ver answers at once from one small file in the user's home directory
+and refreshes it in the background over HTTPS when the answer is older than a
+day, so that scripts and prompts never wait for the network.")
+set(CPACK_OUTPUT_FILE_PREFIX ${PROJECT_SOURCE_DIR}/dist)
+set(CPACK_STRIP_FILES ON)
+if(GET_QMB_VER_STATIC_OPENSSL)
+  install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  set(CPACK_GENERATOR TGZ)
+  string(TOLOWER ${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR} system)
+  set(CPACK_PACKAGE_FILE_NAME get-qmb-ver-${GET_QMB_VER_VERSION}-${system})
+else()
+  set(CPACK_GENERATOR DEB)
+  install(FILES ${PROJECT_BINARY_DIR}/changelog.gz ${PROJECT_BINARY_DIR}/changelog.Debian.gz
+    DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS ca-certificates)
+endif()
+include(CPack)
