@@ -13,8 +13,7 @@ from https_server import Server, make_certificate
 PROGRAM = os.path.realpath(os.environ["GET_QMB_VER"])
 ENTRY = "RevisionInfo-B44002F9B621E80E"  # of localhost and index.html
 PAGE_TEXT = "4.7.2 (2022-06-30)\n"  # what the server's page carries
-PR_SET_CHILD_SUBREAPER = 36
-ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)  # background copies become our children
+ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER: background copies become our children
 
 
 def exit_status_of_copy():
@@ -22,13 +21,12 @@ def exit_status_of_copy():
 
 
 class ProgramTest(unittest.TestCase):
-    maxDiff = None
-
     def setUp(self):
         self.home = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.cache = self.home / ".qvd_qmb_properties.ini"
-        self.environment = {"HOME": str(self.home), "PATH": os.environ["PATH"],
-                            "SSL_CERT_FILE": f"{self.home}/server.pem", "SSL_CERT_DIR": "/none"}
+        self.environment = {"HOME": str(self.home), "SSL_CERT_FILE": f"{self.home}/server.pem",
+                            "SSL_CERT_DIR": "/none", "PATH": os.environ["PATH"],
+                            "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "")}
 
     def start(self, *arguments, prefix=(), program=PROGRAM, env=None, **options):
         return subprocess.Popen([*prefix, program, *arguments], stdin=subprocess.DEVNULL,

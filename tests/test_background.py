@@ -17,11 +17,6 @@ def child():
 
 
 class BackgroundCopy(ProgramTest):
-    def setUp(self):
-        super().setUp()
-        # Looking for leaks takes descriptors and processes, and some tests here leave it none.
-        self.environment["ASAN_OPTIONS"] = "detect_leaks=0"
-
     def test_it_is_the_same_program_with_explicit_options(self):
         target = "--target=-a %1% b"
         with self.server() as server:
@@ -41,27 +36,24 @@ class BackgroundCopy(ProgramTest):
             self.assertEqual(exit_status_of_copy(), 0)
         self.assertTrue(self.cache.exists())
 
-    def test_a_copy_that_cannot_silence_itself_says_so(self):
-        for limit, closed, message in [(3, [], "Unble to open /dev/null.\n"),
-                                       (2, [0], "dup2 call failed.\n")]:
-            with self.held_lock():
-                process = self.start_at_lock(preexec_fn=lambda: [os.close(n) for n in closed])
-                resource.prlimit(process.pid, resource.RLIMIT_NOFILE, (limit, limit))
-                self.assertEqual(self.result(process), (0, "", message))
-            self.assertEqual(exit_status_of_copy(), 1)
+    def test_a_copy_that_cannot_start_is_not_the_callers_failure(self):
+        def allow_descriptors(limit):
+            return lambda run: resource.prlimit(run.pid, resource.RLIMIT_NOFILE, (limit, limit))
 
-    def test_a_program_that_is_gone_is_the_copys_own_failure(self):
         program = shutil.copy(PROGRAM, self.home)
-        with self.held_lock():
-            process = self.start_at_lock(program=program)
-            os.unlink(program)
-        self.assertEqual(self.result(process), (0, "", ""))
-        self.assertEqual(exit_status_of_copy(), 1)
+        for spoil, options, message in [
+                (allow_descriptors(3), {}, "Unble to open /dev/null.\n"),
+                (allow_descriptors(2), {"preexec_fn": lambda: os.close(0)}, "dup2 call failed.\n"),
+                (lambda run: os.unlink(program), {}, "")]:
+            with self.held_lock():
+                run = self.start_at_lock(program=program, **options)
+                spoil(run)
+                self.assertEqual(self.result(run), (0, "", message))
+            self.assertEqual(exit_status_of_copy(), 1)
 
     def test_no_process_no_refresh(self):
         def forbid_processes():
             if os.geteuid() == 0:
-                os.setgroups([])
                 os.setuid(NOBODY)
             resource.setrlimit(resource.RLIMIT_NPROC, (0, 0))
 
