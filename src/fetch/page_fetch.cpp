@@ -33,8 +33,7 @@ using tls_stream = ssl::stream<beast::tcp_stream>;
 constexpr int http_1_0 = 10;
 constexpr int largest_query_number = 1000;
 
-// The default seed is intended: every run draws the same numbers. They need not be unpredictable,
-// only make a target that no other client has left in a cache on the way.
+// Never seeded, and that is intended: every run draws the same numbers.
 boost::random::mt19937 rangen;
 
 std::string request_target(std::string const& page_target)
