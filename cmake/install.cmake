@@ -1,8 +1,7 @@
 # What is installed where, and the packages made of it.
 
 include(GNUInstallDirs)
-set(GET_QMB_VER_ZSH_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" CACHE STRING
-    "Where zsh looks for completions, below the prefix")
+option(GET_QMB_VER_DEBIAN "Install and package by Debian's rules" OFF)
 
 find_program(GZIP gzip REQUIRED)
 function(add_compressed source target)
@@ -20,34 +19,42 @@ install(TARGETS get-qmb-ver)
 install(FILES ${PROJECT_BINARY_DIR}/get-qmb-ver.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/get-qmb-ver.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME get-qmb-ver)
-install(FILES completions/_get-qmb-ver DESTINATION ${GET_QMB_VER_ZSH_DIR})
 install(FILES completions/get-qmb-ver.fish
   DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
-install(FILES README.md doc/architecture.md doc/publishing.md packaging/copyright
-  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES doc/architecture.md doc/publishing.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/doc)
+if(GET_QMB_VER_DEBIAN)
+  install(FILES ${PROJECT_BINARY_DIR}/changelog.gz ${PROJECT_BINARY_DIR}/changelog.Debian.gz
+    DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(FILES completions/_get-qmb-ver
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+else()
+  install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(FILES completions/_get-qmb-ver DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+endif()
+if(GET_QMB_VER_STATIC_OPENSSL)
+  install(FILES packaging/Apache-2.0 DESTINATION ${CMAKE_INSTALL_DOCDIR})
+endif()
 
 string(REPLACE "-" ";" version_parts ${GET_QMB_VER_VERSION})
 list(POP_FRONT version_parts CPACK_PACKAGE_VERSION CPACK_DEBIAN_PACKAGE_RELEASE)
 set(CPACK_PACKAGE_CONTACT ${GET_QMB_VER_MAINTAINER})
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "print the latest published release of a QMB page")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "print the latest release that a QMB page announces")
 set(CPACK_PACKAGE_DESCRIPTION
   "get-qmb-ver answers at once from one small file in the user's home directory
 and refreshes it in the background over HTTPS when the answer is older than a
 day, so that scripts and prompts never wait for the network.")
 set(CPACK_OUTPUT_FILE_PREFIX ${PROJECT_SOURCE_DIR}/dist)
 set(CPACK_STRIP_FILES ON)
-if(GET_QMB_VER_STATIC_OPENSSL)
-  install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  set(CPACK_GENERATOR TGZ)
-  string(TOLOWER ${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR} system)
-  set(CPACK_PACKAGE_FILE_NAME get-qmb-ver-${GET_QMB_VER_VERSION}-${system})
-else()
+if(GET_QMB_VER_DEBIAN)
   set(CPACK_GENERATOR DEB)
-  install(FILES ${PROJECT_BINARY_DIR}/changelog.gz ${PROJECT_BINARY_DIR}/changelog.Debian.gz
-    DESTINATION ${CMAKE_INSTALL_DOCDIR})
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_SECTION utils)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_PACKAGE_RECOMMENDS ca-certificates)
+else()
+  set(CPACK_GENERATOR TGZ)
+  string(TOLOWER ${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR} system)
+  set(CPACK_PACKAGE_FILE_NAME get-qmb-ver-${GET_QMB_VER_VERSION}-${system})
 endif()
 include(CPack)
