@@ -1,27 +1,22 @@
 from harness import ENTRY, ProgramTest
 
-HELP = r"""\AQMB Version Getter 1\.0\.0-7.* \(\d{4}-[A-Z][a-z]{2}-\d\d \d\d:\d\d:\d\d\)\.
-get-qmb-ver <options> <page target>
-options:
-  --help                        produce help message
-  --host arg \(=www\.example\.com\) host URL
-  --port arg \(=443\)             port number
-  --blocking                    block until server response
-
-\Z"""
+HELP = (r"\AQMB Version Getter 1\.0\.0-7.* \(\d{4}-[A-Z][a-z]{2}-\d\d \d\d:\d\d:\d\d\)\.\n"
+        r"get-qmb-ver <options> <page target>\noptions:\n  --help +produce help message\n"
+        r"  --host arg \(=\S+\) +host URL\n  --port arg \(=443\) +port number\n"
+        r"  --blocking +block until server response\n\n\Z")
 
 
 class CommandLine(ProgramTest):
     def test_a_bad_command_line_is_told_in_one_line(self):
         for arguments, message in [
-                (["--ini-dir", ""], "Please provide page target."),
-                (["--ini-dir", "", "p"], "Unable to establish path for *.ini file."),
-                (["--ini-dir=", "p"], "Exception: the argument for option '--ini-dir' should "
-                                      "follow immediately after the equal sign"),
+                (["--ini-dir", ""], r"Please provide page target\."),
+                (["--ini-dir", "", "p"], r"Unable to establish path for \*\.ini file\."),
+                (["--ini-dir=", "p"], r"Exception: the argument for option '--ini-dir' .+"),
                 (["--blocking=1"], "Exception: option '--blocking' does not take any arguments"),
-                (["a", "b"], "Exception: too many positional options have been specified on "
-                             "the command line")]:
-            self.assertEqual(self.run_program(*arguments), (1, "", message + "\n"))
+                (["a", "b"], "Exception: too many positional options .+")]:
+            status, output, errors = self.run_program(*arguments)
+            self.assertEqual((status, output), (1, ""))
+            self.assertRegex(errors, rf"\A{message}\n\Z")
 
     def test_help_needs_nothing_else(self):
         status, output, errors = self.run_program("--help", "--blocking", "p", env={})
