@@ -17,5 +17,5 @@ require(Boost 1.81
 require(OpenSSL 3.0 "libssl-dev")
 if(BUILD_TESTING)
   require(GTest 1.12 "libgtest-dev")
-  require(Python3 3.9 "python3" COMPONENTS Interpreter)
+  require(Python3 3.11 "python3" COMPONENTS Interpreter)
 endif()

@@ -39,7 +39,7 @@ endif()
 string(REPLACE "-" ";" version_parts ${GET_QMB_VER_VERSION})
 list(POP_FRONT version_parts CPACK_PACKAGE_VERSION CPACK_DEBIAN_PACKAGE_RELEASE)
 set(CPACK_PACKAGE_CONTACT ${GET_QMB_VER_MAINTAINER})
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "print the latest release that a QMB page announces")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
 set(CPACK_PACKAGE_DESCRIPTION
   "get-qmb-ver answers at once from one small file in the user's home directory
 and refreshes it in the background over HTTPS when the answer is older than a

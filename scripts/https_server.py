@@ -24,8 +24,8 @@ extendedKeyUsage = serverAuth
 """
 
 
-def http_response(body, status="200 OK"):
-    return f"HTTP/1.0 {status}\r\nContent-Length: {len(body)}\r\n\r\n".encode() + body
+def http_response(body):
+    return f"HTTP/1.0 200 OK\r\nContent-Length: {len(body)}\r\n\r\n".encode() + body
 
 
 def make_certificate(folder, name, issuer=None, kind="server", days=30):
