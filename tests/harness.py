@@ -55,11 +55,10 @@ class ProgramTest(unittest.TestCase):
                     break
         return process
 
-    @contextlib.contextmanager
     def held_lock(self):
-        with open(self.cache, "a") as file:
-            fcntl.lockf(file, fcntl.LOCK_EX)
-            yield
+        file = open(self.cache, "a")
+        fcntl.lockf(file, fcntl.LOCK_EX)
+        return file
 
     def server(self, *arguments, **options):
         """A server that the program trusts, although its certificate names another host."""

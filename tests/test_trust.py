@@ -37,17 +37,15 @@ class Trust(ProgramTest):
                 ("leaf issuer root", "nowhere", "root", True),
                 ("leaf issuer", "nowhere", "leaf", True),
                 ("leaf issuer", "nowhere", "none", False),
-                ("leaf issuer root", "nowhere", "single", False),
                 ("leaf", "nowhere", "issuer", False),  # no issuer at hand: OpenSSL's no is final
                 ("single", "nowhere", "single", True),
                 ("single", "nowhere", "root", False),
-                ("expired issuer", "root", "root", False),
-                ("expired issuer", "nowhere", "root", False)]:
-            with self.subTest(chain, openssl=openssl_trusts, platform=platform_trusts):
-                _, output, errors = self.fetch(chain, openssl_trusts, platform_trusts)
-                self.assertEqual(output.endswith(PAGE_TEXT), trusted)
-                self.assertRegex(errors, r"\A\Z" if trusted else
-                                 r"\Ahandshake: certificate verify failed \(SSL routines\) ")
+                ("expired issuer", "root", "root", False)]:
+            _, output, errors = self.fetch(chain, openssl_trusts, platform_trusts)
+            case = f"{chain}, {openssl_trusts}, {platform_trusts}"
+            self.assertEqual(output.endswith(PAGE_TEXT), trusted, case)
+            self.assertRegex(errors, r"\A\Z" if trusted else
+                             r"\Ahandshake: certificate verify failed \(SSL routines\) ", case)
 
     def test_no_version_but_tls_1_2_is_spoken(self):
         for version in ssl.TLSVersion.TLSv1_1, ssl.TLSVersion.TLSv1_3:
