@@ -20,8 +20,7 @@ else()
   target_compile_options(build_flags INTERFACE
     -fstack-protector-strong -ffunction-sections -fdata-sections
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
-  target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections
-    $<$<CONFIG:Release>:-s>)
+  target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections)
 endif()
 if(GET_QMB_VER_STATIC_RUNTIME)
   target_link_options(build_flags INTERFACE -static-libstdc++ -static-libgcc)

@@ -8,9 +8,7 @@ function(require name version packages)
   endif()
 endfunction()
 
-# Both variables are read by the packages' own files.
-set(Boost_USE_STATIC_LIBS ${GET_QMB_VER_STATIC_RUNTIME})
-set(OPENSSL_USE_STATIC_LIBS ${GET_QMB_VER_STATIC_OPENSSL})
+set(Boost_USE_STATIC_LIBS ${GET_QMB_VER_STATIC_RUNTIME}) # read by Boost's own files
 require(Boost 1.81
   "libboost1.81-dev, libboost-filesystem1.81-dev and libboost-program-options1.81-dev"
   CONFIG COMPONENTS filesystem program_options)

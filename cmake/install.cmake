@@ -1,6 +1,5 @@
 # What is installed where, and the packages made of it.
 
-include(GNUInstallDirs)
 option(GET_QMB_VER_DEBIAN "Install and package by Debian's rules" OFF)
 
 find_program(GZIP gzip REQUIRED)
@@ -16,6 +15,7 @@ add_custom_target(compressed_documents ALL
   DEPENDS get-qmb-ver.1.gz changelog.gz changelog.Debian.gz)
 
 install(TARGETS get-qmb-ver)
+install(TARGETS fetch LIBRARY DESTINATION ${module_install_folder})
 install(FILES ${PROJECT_BINARY_DIR}/get-qmb-ver.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/get-qmb-ver.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME get-qmb-ver)
@@ -31,9 +31,6 @@ if(GET_QMB_VER_DEBIAN)
 else()
   install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(FILES completions/_get-qmb-ver DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
-endif()
-if(GET_QMB_VER_STATIC_OPENSSL)
-  install(FILES packaging/Apache-2.0 DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()
 
 string(REPLACE "-" ";" version_parts ${GET_QMB_VER_VERSION})

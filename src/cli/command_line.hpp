@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/options_map.hpp"
+#include "options_map.hpp"
 
 #include <string>
 

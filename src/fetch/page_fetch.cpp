@@ -1,36 +1,22 @@
 #include "fetch/page_fetch.hpp"
 
-#include "fetch/certificate_verification.hpp"
-#include "fetch/release_text.hpp"
+#include "fetch/module/https_exchange.hpp"
 
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/ssl/context.hpp>
-#include <boost/asio/ssl/stream.hpp>
-#include <boost/beast/core/buffers_to_string.hpp>
-#include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/core/tcp_stream.hpp>
-#include <boost/beast/http/dynamic_body.hpp>
-#include <boost/beast/http/empty_body.hpp>
-#include <boost/beast/http/read.hpp>
-#include <boost/beast/http/write.hpp>
+#include <boost/dll/runtime_symbol_info.hpp>
+#include <boost/dll/shared_library.hpp>
 #include <boost/format.hpp>
 #include <boost/program_options/variables_map.hpp>
 #include <boost/random/mersenne_twister.hpp>
 #include <boost/random/uniform_int_distribution.hpp>
 
+#include <cstdlib>
 #include <iostream>
-
-namespace beast = boost::beast;
-namespace http = beast::http;
-namespace net = boost::asio;
-namespace ssl = net::ssl;
+#include <memory>
 
 namespace {
 
-using tls_stream = ssl::stream<beast::tcp_stream>;
+using allocated_text = std::unique_ptr<char, decltype([](char* text) { std::free(text); })>;
 
-constexpr int http_1_0 = 10;
 constexpr int largest_query_number = 1000;
 
 // Never seeded, and that is intended: every run draws the same numbers.
@@ -42,37 +28,12 @@ std::string request_target(std::string const& page_target)
   return str(boost::format{"%1%?%2%"} % page_target % query_number(rangen));
 }
 
-ssl::context verifying_context()
+// OpenSSL costs a run more than all the rest, so what needs it is opened only to fetch. The module
+// is looked for in one place: wherever the program lies, it lies at the same distance.
+boost::dll::shared_library open_module()
 {
-  ssl::context context{ssl::context::tlsv12_client};
-  SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
-                     verify_server_certificates);
-  context.set_default_verify_paths();
-  // The host name is not compared with the certificate, on purpose: trust means that the chain
-  // leads to a trusted root, nothing more.
-  context.set_verify_mode(ssl::verify_peer);
-  return context;
-}
-
-void set_server_name(tls_stream& stream, std::string const& host)
-{
-  if (!SSL_set_tlsext_host_name(stream.native_handle(), host.c_str()))
-    throw beast::system_error{{static_cast<int>(ERR_get_error()), net::error::get_ssl_category()}};
-}
-
-http::request<http::empty_body> page_request(std::string const& host, std::string const& target)
-{
-  http::request<http::empty_body> request{http::verb::get, target, http_1_0};
-  request.set(http::field::host, host);
-  request.set(http::field::user_agent, "Boost.Beast/330"); // fixed: not the library's version
-  return request;
-}
-
-bool succeeded(beast::error_code const& error, bool debug)
-{
-  if (error && debug)
-    std::cerr << error << std::endl;
-  return !error;
+  auto const program = boost::dll::program_location();
+  return boost::dll::shared_library{program.parent_path() / FETCH_MODULE};
 }
 
 } // namespace
@@ -85,28 +46,14 @@ bool get_from_server(options_map& options, std::string& release_text, bool debug
     auto const& port = options["port"].as<std::string>();
     auto const target = request_target(options["target"].as<std::string>());
 
-    net::io_context io;
-    auto context = verifying_context();
-    net::ip::tcp::resolver resolver{io};
-    tls_stream stream{io, context};
-    set_server_name(stream, host);
-    // No time-outs, on purpose: whoever waits asked to, and a refresher keeps nobody waiting.
-    beast::get_lowest_layer(stream).connect(resolver.resolve(host, port));
-    stream.handshake(ssl::stream_base::client);
-
-    http::write(stream, page_request(host, target));
-    beast::flat_buffer buffer;
-    http::response<http::dynamic_body> response;
-    beast::error_code error;
-    http::read(stream, buffer, response, error);
-    if (!succeeded(error, debug))
-      return false;
-    release_text = extract_release_text(beast::buffers_to_string(response.body().data()), debug);
-
-    stream.shutdown(error);
-    if (error == net::error::eof)
-      error = {}; // The stream ended after the server's own close_notify: a clean end.
-    return succeeded(error, debug);
+    auto const module = open_module();
+    auto const& fetch = module.get<decltype(fetch_over_https)>("fetch_over_https");
+    char* text = nullptr;
+    std::size_t size = 0;
+    bool const fetched = fetch(host.c_str(), port.c_str(), target.c_str(), &text, &size, debug);
+    allocated_text const owner{text};
+    release_text.assign(text, size);
+    return fetched;
   } catch (std::exception const& error) {
     if (debug)
       std::cerr << error.what() << std::endl;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/options_map.hpp"
+#include "options_map.hpp"
 
 // Starts a background copy of this program that refreshes the cache: fork(2), standard output and
 // standard error to /dev/null, execl(3) of the program's own file with the same host, port, target

@@ -1,4 +1,4 @@
-#include "fetch/release_text.hpp"
+#include "fetch/module/release_text.hpp"
 
 #include <boost/algorithm/string/erase.hpp>
 

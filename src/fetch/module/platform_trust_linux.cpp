@@ -1,4 +1,4 @@
-#include "fetch/platform_trust.hpp"
+#include "fetch/module/platform_trust.hpp"
 
 #include <openssl/err.h>
 #include <openssl/x509.h>

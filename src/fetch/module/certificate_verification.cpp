@@ -1,6 +1,6 @@
-#include "fetch/certificate_verification.hpp"
+#include "fetch/module/certificate_verification.hpp"
 
-#include "fetch/platform_trust.hpp"
+#include "fetch/module/platform_trust.hpp"
 
 #include <openssl/x509.h>
 
