@@ -2,6 +2,7 @@
 
 #include "fetch/module/https_exchange.hpp"
 
+#include <boost/dll/library_info.hpp>
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <boost/dll/shared_library.hpp>
 #include <boost/format.hpp>
@@ -10,8 +11,10 @@
 #include <boost/random/uniform_int_distribution.hpp>
 
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 namespace {
 
@@ -28,12 +31,28 @@ std::string request_target(std::string const& page_target)
   return str(boost::format{"%1%?%2%"} % page_target % query_number(rangen));
 }
 
-// OpenSSL costs a run more than all the rest, so what needs it is opened only to fetch. The module
-// is looked for in one place: wherever the program lies, it lies at the same distance.
+// The dynamic loader believes what the head of a file says about the rest and dies on a file that
+// was cut short, by a full disk for example. So its end is read first, where the section table is.
+bool is_cut_short(boost::filesystem::path const& file)
+{
+  try {
+    boost::dll::library_info{file}.sections();
+    return false;
+  } catch (std::ios_base::failure const&) {
+    return std::ifstream{file.native()}.is_open();
+  } catch (std::exception const&) {
+    return false; // no library at all: the loader says so, and better
+  }
+}
+
+// What needs OpenSSL costs a start more than all the rest, so it is opened only to fetch; and only
+// in one place, as far from the program as when both were built, wherever that is now.
 boost::dll::shared_library open_module()
 {
-  auto const program = boost::dll::program_location();
-  return boost::dll::shared_library{program.parent_path() / FETCH_MODULE};
+  auto const file = boost::dll::program_location().parent_path() / FETCH_MODULE;
+  if (is_cut_short(file))
+    throw std::runtime_error{str(boost::format{"%1%: the file is cut short"} % file.native())};
+  return boost::dll::shared_library{file};
 }
 
 } // namespace
