@@ -11,10 +11,19 @@ import sys
 import threading
 
 PAGE = b"<html><body>\n<!--ReleaseInfo\r\n4.7.2 (2022-06-30)\r\n-->\n</body></html>\n"
-CERTIFICATE_KINDS = """
+OPENSSL_SETTINGS = """
 [req]
 distinguished_name = dn
+[ca]
+default_ca = issuing
+[issuing]
+database = issued.txt
+new_certs_dir = .
+rand_serial = yes
+unique_subject = no
+policy = dn
 [dn]
+commonName = supplied
 [authority]
 basicConstraints = critical, CA:TRUE
 subjectKeyIdentifier = hash
@@ -22,26 +31,33 @@ subjectKeyIdentifier = hash
 basicConstraints = CA:FALSE
 extendedKeyUsage = serverAuth
 """
+VALID = "20200101000000Z", "20991231000000Z"
+EXPIRED = "20200101000000Z", "20200102000000Z"
 
 
 def http_response(body):
     return f"HTTP/1.0 200 OK\r\nContent-Length: {len(body)}\r\n\r\n".encode() + body
 
 
-def make_certificate(folder, name, issuer=None, kind="server", days=30):
+def make_certificate(folder, name, issuer=None, kind="server", key="ec:P-256", digest="sha256",
+                     validity=VALID):
     """Makes name.key and name.pem in the folder, signed by the issuer of that folder or itself."""
-    pathlib.Path(folder, "kinds.cnf").write_text(CERTIFICATE_KINDS)
+    pathlib.Path(folder, "openssl.cnf").write_text(OPENSSL_SETTINGS)
+    pathlib.Path(folder, "issued.txt").touch()
 
     def openssl(*arguments):
         subprocess.run(["openssl", *arguments], cwd=folder, check=True, capture_output=True)
 
-    openssl("req", "-config", "kinds.cnf", "-newkey", "ec", "-pkeyopt",
-            "ec_paramgen_curve:P-256", "-nodes", "-subj", f"/CN={name}", "-keyout", f"{name}.key",
-            "-out", f"{name}.csr")
-    signed_by = (["-CA", f"{issuer}.pem", "-CAkey", f"{issuer}.key", "-CAcreateserial"]
-                 if issuer else ["-signkey", f"{name}.key"])
-    openssl("x509", "-req", "-in", f"{name}.csr", *signed_by, "-days", str(days),
-            "-extfile", "kinds.cnf", "-extensions", kind, "-out", f"{name}.pem")
+    algorithm, size = key.split(":")
+    option = {"ec": "ec_paramgen_curve", "rsa": "rsa_keygen_bits"}[algorithm]
+    openssl("req", "-config", "openssl.cnf", "-newkey", algorithm, "-pkeyopt", f"{option}:{size}",
+            "-nodes", "-subj", f"/CN={name}", "-keyout", f"{name}.key", "-out", f"{name}.csr")
+    signed_by = (["-cert", f"{issuer}.pem", "-keyfile", f"{issuer}.key"] if issuer else
+                 ["-selfsign", "-keyfile", f"{name}.key"])
+    not_before, not_after = validity
+    openssl("ca", "-batch", "-config", "openssl.cnf", *signed_by, "-in", f"{name}.csr", "-md",
+            digest, "-startdate", not_before, "-enddate", not_after, "-extensions", kind,
+            "-notext", "-out", f"{name}.pem")
 
 
 class Server:

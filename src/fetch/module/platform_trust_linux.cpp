@@ -22,6 +22,10 @@ constexpr std::array bundles{
 };
 constexpr char const* hashed_directory = "/etc/ssl/certs";
 
+// As strict as OpenSSL's own verdict: keys and signatures of at least 112 bits, see
+// SSL_CTX_set_security_level(3).
+constexpr int authentication_level = 2;
+
 template <auto free_function>
 using deleter = std::integral_constant<decltype(free_function), free_function>;
 using trust_anchors = std::unique_ptr<X509_STORE, deleter<X509_STORE_free>>;
@@ -61,6 +65,7 @@ bool evaluate(std::span<platform_certificate const> chain)
   if (!X509_STORE_CTX_init(context.get(), anchors.get(), x509(chain.front()), untrusted.get())
       || !X509_STORE_CTX_set_purpose(context.get(), X509_PURPOSE_SSL_SERVER))
     return false;
+  X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), authentication_level);
   // Whatever stands in the bundle is trusted, a certificate that is no CA included.
   X509_STORE_CTX_set_flags(context.get(), X509_V_FLAG_PARTIAL_CHAIN);
   return X509_verify_cert(context.get()) == 1;
