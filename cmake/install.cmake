@@ -2,15 +2,15 @@
 
 option(GET_QMB_VER_DEBIAN "Install and package by Debian's rules" OFF)
 
+configure_file(packaging/changelog.in changelog @ONLY)
 find_program(GZIP gzip REQUIRED)
 function(add_compressed source target)
   add_custom_command(OUTPUT ${target}
-    COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/${source} > ${target}
-    DEPENDS ${PROJECT_SOURCE_DIR}/${source} VERBATIM)
+    COMMAND ${GZIP} -9nc ${source} > ${target} DEPENDS ${source} VERBATIM)
 endfunction()
-add_compressed(doc/get-qmb-ver.1 get-qmb-ver.1.gz)
-add_compressed(CHANGELOG.md changelog.gz)
-add_compressed(packaging/changelog changelog.Debian.gz)
+add_compressed(${PROJECT_SOURCE_DIR}/doc/get-qmb-ver.1 get-qmb-ver.1.gz)
+add_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog.gz)
+add_compressed(${PROJECT_BINARY_DIR}/changelog changelog.Debian.gz)
 add_custom_target(compressed_documents ALL
   DEPENDS get-qmb-ver.1.gz changelog.gz changelog.Debian.gz)
 

@@ -11,6 +11,7 @@ import unittest
 from https_server import Server, make_certificate
 
 PROGRAM = os.path.realpath(os.environ["GET_QMB_VER"])
+MODULE = os.path.realpath(os.environ["GET_QMB_VER_MODULE"])
 ENTRY = "RevisionInfo-B44002F9B621E80E"  # of localhost and index.html
 PAGE_TEXT = "4.7.2 (2022-06-30)\n"  # what the server's page carries
 ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER: background copies become our children
