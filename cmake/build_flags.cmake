@@ -20,8 +20,12 @@ else()
   target_compile_options(build_flags INTERFACE
     -fstack-protector-strong -ffunction-sections -fdata-sections
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
-  target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections)
+  if(APPLE)
+    target_link_options(build_flags INTERFACE -Wl,-dead_strip)
+  else()
+    target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections)
+  endif()
 endif()
-if(GET_QMB_VER_STATIC_RUNTIME)
+if(GET_QMB_VER_STATIC_RUNTIME AND NOT APPLE) # where the C++ runtime is a part of the system
   target_link_options(build_flags INTERFACE -static-libstdc++ -static-libgcc)
 endif()

@@ -8,18 +8,20 @@ file(RELATIVE_PATH module_folder ${CMAKE_INSTALL_PREFIX} ${module_full_folder})
 file(RELATIVE_PATH module_from_program
   ${CMAKE_INSTALL_FULL_BINDIR} ${module_full_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX})
 
-function(add_fetch_module target)
+# add_fetch_module(TARGET ROOT SOURCE...): the module, in its place below ROOT, that finds the
+# platform's trust with these sources.
+function(add_fetch_module target root)
   add_library(${target} MODULE ${ARGN})
-  target_include_directories(${target} PRIVATE src)
-  target_link_libraries(${target} PRIVATE build_flags Boost::headers OpenSSL::SSL OpenSSL::Crypto)
-  target_compile_definitions(${target} PRIVATE
-    BOOST_ASIO_DISABLE_ERROR_LOCATION # messages are for users: no file names of the build machine
-    BOOST_ASIO_NO_DEPRECATED)
+  target_link_libraries(${target} PRIVATE exchange)
   set_target_properties(${target} PROPERTIES
-    PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${module_folder})
+    PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY ${root}/${module_folder})
   # One exported symbol, so that the C++ runtimes of program and module never meet. Never unloaded:
   # OpenSSL and the C++ runtime leave functions to be called at exit.
-  set(exports ${PROJECT_SOURCE_DIR}/src/fetch/module/exports.map)
-  target_link_options(${target} PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete)
-  set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${exports})
+  if(APPLE)
+    target_link_options(${target} PRIVATE -Wl,-exported_symbol,_fetch_over_https)
+  else()
+    set(exports ${PROJECT_SOURCE_DIR}/src/fetch/module/exports.map)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete)
+    set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${exports})
+  endif()
 endfunction()

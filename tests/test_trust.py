@@ -42,9 +42,9 @@ class Trust(ProgramTest):
         shutil.copy("/etc/hosts", folder)
         mount = f'mount --bind {folder} /etc && exec "$@"'
         with Server(self.home, chain.split(), **options) as server:
-            _, output, errors = self.run_page("--blocking", "--debug", port=server.port,
-                                              prefix=[*NAMESPACE, "sh", "-c", mount, "sh"])
-        self.assertEqual(output.endswith(PAGE_TEXT), not errors)
+            status, output, errors = self.run_page("--blocking", "--debug", port=server.port,
+                                                   prefix=[*NAMESPACE, "sh", "-c", mount, "sh"])
+        self.assertEqual((status, output.endswith(PAGE_TEXT)), (0, not errors))
         return errors
 
     def test_a_chain_is_accepted_by_openssl_or_else_by_the_platform(self):

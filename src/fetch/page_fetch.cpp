@@ -5,6 +5,7 @@
 #include <boost/dll/library_info.hpp>
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <boost/dll/shared_library.hpp>
+#include <boost/filesystem/operations.hpp>
 #include <boost/format.hpp>
 #include <boost/program_options/variables_map.hpp>
 #include <boost/random/mersenne_twister.hpp>
@@ -49,7 +50,9 @@ bool is_cut_short(boost::filesystem::path const& file)
 // in one place, as far from the program as when both were built, wherever that is now.
 boost::dll::shared_library open_module()
 {
-  auto const file = boost::dll::program_location().parent_path() / FETCH_MODULE;
+  // Not every system resolves the link through which the program was called.
+  auto const program = weakly_canonical(boost::dll::program_location());
+  auto const file = (program.parent_path() / FETCH_MODULE).lexically_normal();
   if (is_cut_short(file))
     throw std::runtime_error{str(boost::format{"%1%: the file is cut short"} % file.native())};
   return boost::dll::shared_library{file};
