@@ -44,7 +44,7 @@ class Trust(ProgramTest):
         with Server(self.home, chain.split(), **options) as server:
             status, output, errors = self.run_page("--blocking", "--debug", port=server.port,
                                                    prefix=[*NAMESPACE, "sh", "-c", mount, "sh"])
-        self.assertEqual((status, output.endswith(PAGE_TEXT)), (0, not errors))
+        self.assertEqual((status, output.endswith(PAGE_TEXT)), (0, not errors), errors)
         return errors
 
     def test_a_chain_is_accepted_by_openssl_or_else_by_the_platform(self):
