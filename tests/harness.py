@@ -5,7 +5,9 @@ import fcntl
 import os
 import pathlib
 import subprocess
+import sys
 import tempfile
+import time
 import unittest
 
 from https_server import Server, make_certificate
@@ -14,11 +16,8 @@ PROGRAM = os.path.realpath(os.environ["GET_QMB_VER"])
 MODULE = os.path.realpath(os.environ["GET_QMB_VER_MODULE"])
 ENTRY = "RevisionInfo-B44002F9B621E80E"  # of localhost and index.html
 PAGE_TEXT = "4.7.2 (2022-06-30)\n"  # what the server's page carries
-ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER: background copies become our children
-
-
-def exit_status_of_copy():
-    return os.waitstatus_to_exitcode(os.waitpid(-1, 0)[1])
+UNUSED_PORT = "1"
+PR_SET_CHILD_SUBREAPER = 36  # see prctl(2)
 
 
 class ProgramTest(unittest.TestCase):
@@ -29,10 +28,13 @@ class ProgramTest(unittest.TestCase):
                             "SSL_CERT_DIR": "/none", "PATH": os.environ["PATH"],
                             "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "")}
 
-    def start(self, *arguments, prefix=(), program=PROGRAM, env=None, **options):
-        return subprocess.Popen([*prefix, program, *arguments], stdin=subprocess.DEVNULL,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
-                                env=self.environment if env is None else env, **options)
+    def start(self, *arguments, program=PROGRAM, **options):
+        options = {"stdin": subprocess.DEVNULL, "env": self.environment, **options}
+        return subprocess.Popen([program, *arguments], stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE, text=True, **options)
+
+    def start_page(self, *arguments, port=UNUSED_PORT, **options):
+        return self.start("--host=localhost", f"--port={port}", "index.html", *arguments, **options)
 
     def result(self, process):
         """Exit status, standard output and standard error."""
@@ -42,26 +44,39 @@ class ProgramTest(unittest.TestCase):
     def run_program(self, *arguments, **options):
         return self.result(self.start(*arguments, **options))
 
-    def run_page(self, *arguments, port="1", **options):
-        return self.run_program("--host=localhost", f"--port={port}", "index.html", *arguments,
-                                **options)
+    def run_page(self, *arguments, **options):
+        return self.result(self.start_page(*arguments, **options))
 
-    def start_at_lock(self, **options):
-        """A run that has opened the cache file, whose lock the caller holds, and waits for it."""
-        process = self.start("--host=localhost", "--port=1", "index.html", **options)
-        while process.poll() is None:
-            with contextlib.suppress(FileNotFoundError):
-                descriptors = pathlib.Path(f"/proc/{process.pid}/fd").iterdir()
-                if any(link.samefile(self.cache) for link in descriptors):
-                    break
-        return process
+    def server(self, *arguments, **options):
+        """A server that the program trusts, although its certificate names another host."""
+        make_certificate(self.home, "server")
+        return Server(self.home, ["server"], *arguments, **options)
+
+
+class CopyTest(ProgramTest):
+    """Tests that wait for background copies or watch a run at the lock of the cache file."""
+
+    @classmethod
+    def setUpClass(cls):
+        if sys.platform != "linux":
+            raise unittest.SkipTest("needs prctl and /proc of Linux")
+        ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)  # copies become our children
+
+    def exit_status_of_copy(self):
+        return os.waitstatus_to_exitcode(os.waitpid(-1, 0)[1])
 
     def held_lock(self):
         file = open(self.cache, "a")
         fcntl.lockf(file, fcntl.LOCK_EX)
         return file
 
-    def server(self, *arguments, **options):
-        """A server that the program trusts, although its certificate names another host."""
-        make_certificate(self.home, "server")
-        return Server(self.home, ["server"], *arguments, **options)
+    def start_at_lock(self, **options):
+        """A run that has opened the cache file, whose lock the caller holds, and waits for it."""
+        process = self.start_page(**options)
+        deadline = time.monotonic() + 30
+        while process.poll() is None and time.monotonic() < deadline:
+            with contextlib.suppress(FileNotFoundError):
+                descriptors = pathlib.Path(f"/proc/{process.pid}/fd").iterdir()
+                if any(link.samefile(self.cache) for link in descriptors):
+                    break
+        return process

@@ -1,59 +1,110 @@
-import contextlib
 import os
 import pathlib
 import resource
 import shutil
+import signal
 
-from harness import PROGRAM, ProgramTest, exit_status_of_copy
-
-
-def child():
-    for status in pathlib.Path("/proc").glob("[0-9]*/status"):
-        with contextlib.suppress(OSError):  # others come and go
-            if f"\nPPid:\t{os.getpid()}\n" in status.read_text():
-                return status.parent
+from harness import ENTRY, MODULE, PAGE_TEXT, PROGRAM, CopyTest
 
 
-class BackgroundCopy(ProgramTest):
+class BackgroundCopy(CopyTest):
     def test_it_is_the_same_program_with_explicit_options(self):
         target = "--target=-a %1% b"
-        with self.server() as server:
+        own_file = open(self.home / "own file", "w+")
+        with self.server() as server, own_file:
             server.may_answer.clear()
-            self.assertEqual(self.run_program("--host=localhost", "--port", server.port, "--debug",
-                                              target, cwd=self.home)[0], 0)
+            self.assertEqual(self.run_program(
+                "--host=localhost", "--port", server.port, "--debug", target, cwd=self.home,
+                stdin=own_file, pass_fds=[own_file.fileno()], umask=0o27,
+                preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))[0], 0)
             self.assertTrue(server.requested.wait(30))
-            copy = child()
+            children = pathlib.Path(f"/proc/self/task/{os.getpid()}/children").read_text()
+            copy = pathlib.Path("/proc", children.strip())
             self.assertEqual((copy / "cmdline").read_text().split("\0")[:-1], [
                 PROGRAM, "--host=localhost", f"--port={server.port}", target,
                 f"--ini-dir={self.home}", "--blocking"])
-            self.assertEqual([os.readlink(copy / name) for name in (
-                "exe", "cwd", "fd/0", "fd/1", "fd/2", "fd/3")],
-                [PROGRAM, str(self.home), *["/dev/null"] * 4])
+            self.assertEqual(
+                [os.readlink(copy / name) for name in (
+                    "exe", "cwd", "fd/0", f"fd/{own_file.fileno()}", "fd/1", "fd/2", "fd/3")],
+                [PROGRAM, str(self.home), own_file.name, own_file.name, *["/dev/null"] * 3])
             self.assertEqual(os.getpgid(int(copy.name)), os.getpgid(0))
+            self.assertRegex((copy / "status").read_text(),
+                             r"(?s)Umask:\t0027\n.*SigBlk:\t0+\nSigIgn:\t0+1\n")
             server.may_answer.set()
-            self.assertEqual(exit_status_of_copy(), 0)
+            self.assertEqual(self.exit_status_of_copy(), 0)
 
-    def test_a_refresher_that_cannot_start(self):
-        def allow_descriptors(limit):
-            return lambda run: resource.prlimit(run.pid, resource.RLIMIT_NOFILE, (limit, limit))
+    def refuse(self, spoil, message, status=0, **options):
+        """Lets a run go on to the start of its copy only when `spoil` has made that impossible."""
+        self.cache.touch()
+        with self.held_lock():
+            run = self.start_at_lock(**options)
+            spoil(run)
+            self.assertEqual(self.result(run), (status, "", message))
+        if status == 0:
+            self.assertEqual(self.exit_status_of_copy(), 1)
 
-        program = shutil.copy(PROGRAM, self.home)
+    def test_no_process_is_left(self):
         self.cache.touch()
         for path in self.home, self.cache:
             path.chmod(0o777)
-        # Nobody stands in for root, whose processes are not limited.
-        without_fork = {"user": os.geteuid() or "nobody", "preexec_fn": lambda: resource.setrlimit(
-            resource.RLIMIT_NPROC, (0, 0))}
-        for options, spoil, status, message in [
-                (without_fork, lambda run: None, 1,
-                 "Unable to start child process (first fork).\n"),
-                ({}, allow_descriptors(3), 0, "Unble to open /dev/null.\n"),
-                ({"preexec_fn": lambda: os.close(0)}, allow_descriptors(2), 0,
-                 "dup2 call failed.\n"),
-                ({}, lambda run: os.unlink(program), 0, "")]:
-            with self.held_lock():
-                run = self.start_at_lock(program=program, **options)
-                spoil(run)
-                self.assertEqual(self.result(run), (status, "", message))
-            if status == 0:
-                self.assertEqual(exit_status_of_copy(), 1)
+        self.refuse(lambda run: None, "Unable to start child process (first fork).\n", status=1,
+                    # Nobody stands in for root, whose processes are not limited.
+                    user=os.geteuid() or "nobody",
+                    preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NPROC, (0, 0)))
+
+    def test_no_descriptor_is_left(self):
+        self.refuse(lambda run: resource.prlimit(run.pid, resource.RLIMIT_NOFILE, (3, 3)),
+                    "Unble to open /dev/null.\n")
+
+    def test_standard_error_cannot_be_redirected(self):
+        self.refuse(lambda run: resource.prlimit(run.pid, resource.RLIMIT_NOFILE, (2, 2)),
+                    "dup2 call failed.\n", preexec_fn=lambda: os.close(0))
+
+    def test_the_program_is_gone(self):
+        program = shutil.copy(PROGRAM, self.home)
+        self.refuse(lambda run: os.unlink(program), "", program=program)
+
+
+class MovedTree(CopyTest):
+    """Runs a copy of program and module elsewhere, in a tree of the same shape, through a link."""
+
+    def setUp(self):
+        super().setUp()
+        program = self.home / "a tree" / "bin" / "program"
+        self.module = program.parent / os.path.relpath(MODULE, os.path.dirname(PROGRAM))
+        for original, copy in (PROGRAM, program), (MODULE, self.module):
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(original, copy)
+        self.link = self.home / "link"
+        self.link.symlink_to(program)
+
+    def test_the_module_is_opened_to_fetch_and_only_then(self):
+        with self.server() as server:
+            self.assertEqual(self.run_page(port=server.port, program=self.link), (0, "", ""))
+            self.assertEqual(self.exit_status_of_copy(), 0)
+        self.assertEqual(self.run_page(program=self.link), (0, PAGE_TEXT, ""))
+        with self.held_lock(), self.start_at_lock(program=self.link) as run:
+            maps = pathlib.Path(f"/proc/{run.pid}/maps").read_text()
+            run.kill()
+        self.assertNotRegex(maps, "lib(ssl|crypto)")
+
+    def test_without_the_module_stored_answers_are_printed_and_none_is_fetched(self):
+        decoys = self.home / "decoys"
+        decoys.mkdir()
+        shutil.copy(MODULE, decoys)
+        self.environment |= {"PATH": f"{decoys}:/bin", "LD_LIBRARY_PATH": str(decoys)}
+        self.cache.write_text(f"[{ENTRY}]\ninfo=old\ntimestamp=5\n")
+        module = self.module.resolve()
+        for case, spoil, message in [
+                ("missing", module.unlink, "No such file or directory"),
+                ("another file", lambda: shutil.copy(PROGRAM, module), "cannot dynamically load"),
+                ("cut short", lambda: os.truncate(module, 100_000), "cut short")]:
+            with self.subTest(case), self.server() as server:
+                spoil()
+                run = {"port": server.port, "program": self.link, "cwd": decoys}
+                self.assertEqual(self.run_page(**run), (0, "old\n", ""))
+                self.assertEqual(self.exit_status_of_copy(), 0)
+                self.assertEqual(self.run_page("--blocking", **run), (0, "", ""))
+                self.assertRegex(self.run_page("--blocking", "--debug", **run)[2],
+                                 rf"\A.*{module}.*{message}.*\n\Z")
+                self.assertEqual(server.requests, [])

@@ -4,34 +4,45 @@ import ssl
 import subprocess
 import unittest
 
-from harness import PAGE_TEXT, ProgramTest
+from harness import PAGE_TEXT, PROGRAM, ProgramTest
 from https_server import EXPIRED, Server, make_certificate
 
-DEBIAN_BUNDLE = "ssl/certs/ca-certificates.crt"
-OTHER_BUNDLES = ["pki/ca-trust/extracted/pem/tls-ca-bundle.pem", "ssl/ca-bundle.pem",
-                 "pki/tls/certs/ca-bundle.crt", "pki/tls/cacert.pem", "ssl/cert.pem"]
+BUNDLES = ["ssl/certs/ca-certificates.crt", "pki/ca-trust/extracted/pem/tls-ca-bundle.pem",
+           "ssl/ca-bundle.pem", "pki/tls/certs/ca-bundle.crt", "pki/tls/cacert.pem", "ssl/cert.pem"]
 NAMESPACE = ["unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"])]
 TRUSTED = ""
 REFUSED = "handshake: certificate verify failed (SSL routines)"
 
 
-@unittest.skipIf(subprocess.run([*NAMESPACE, "true"], capture_output=True).returncode,
-                 "needs a mount namespace")
 class Trust(ProgramTest):
+    @classmethod
+    def setUpClass(cls):
+        if (not shutil.which("unshare")
+                or subprocess.run([*NAMESPACE, "true"], capture_output=True).returncode):
+            raise unittest.SkipTest("needs a mount namespace of Linux")
+
     def setUp(self):
         super().setUp()
-        self.make_chain()
+        for suffix, root, issuer, leaf in [("", {}, {}, {}),
+                                           ("-expired", {}, {}, {"validity": EXPIRED}),
+                                           ("-of-old-root", {"validity": EXPIRED}, {}, {}),
+                                           ("-of-weak-root", {"key": "rsa:512"}, {}, {}),
+                                           ("-of-weak-issuer", {}, {"digest": "sha1"}, {})]:
+            make_certificate(self.home, "root" + suffix, kind="authority", **root)
+            make_certificate(self.home, "issuer" + suffix, "root" + suffix, "authority", **issuer)
+            make_certificate(self.home, "leaf" + suffix, "issuer" + suffix, **leaf)
         make_certificate(self.home, "single")
         (self.home / "none.pem").touch()
+        (self.home / "garbage.pem").write_text("-----BEGIN CERTIFICATE-----\n!\n")
+        self.in_namespace = self.home / "in_namespace"
+        self.in_namespace.write_text(
+            f"#!/bin/sh\nexec {' '.join(NAMESPACE)} sh -c '"
+            f"mount --bind {self.home}/etc /etc && exec {PROGRAM} \"$@\"' sh \"$@\"\n")
+        self.in_namespace.chmod(0o755)
 
-    def make_chain(self, suffix="", root={}, issuer={}, leaf={}):
-        make_certificate(self.home, f"root{suffix}", kind="authority", **root)
-        make_certificate(self.home, f"issuer{suffix}", f"root{suffix}", "authority", **issuer)
-        make_certificate(self.home, f"leaf{suffix}", f"issuer{suffix}", **leaf)
-
-    def fetch(self, chain, openssl="none", etc={}, **options):
+    def verdict(self, chain, openssl, etc, **options):
         """What a blocking run says of a server that sends the chain, while OpenSSL's own file is
-        the one named and /etc holds the files named, by place; TRUSTED if it prints the page."""
+        the one named and /etc holds the certificates named, by place."""
         self.environment["SSL_CERT_FILE"] = f"{self.home}/{openssl}.pem"
         folder = self.home / "etc"
         shutil.rmtree(folder, ignore_errors=True)
@@ -40,18 +51,13 @@ class Trust(ProgramTest):
             shutil.copy(self.home / f"{name}.pem", folder / place)
         folder.mkdir(exist_ok=True)
         shutil.copy("/etc/hosts", folder)
-        mount = f'mount --bind {folder} /etc && exec "$@"'
         with Server(self.home, chain.split(), **options) as server:
             status, output, errors = self.run_page("--blocking", "--debug", port=server.port,
-                                                   prefix=[*NAMESPACE, "sh", "-c", mount, "sh"])
+                                                   program=self.in_namespace)
         self.assertEqual((status, output.endswith(PAGE_TEXT)), (0, not errors), errors)
-        return errors
+        return errors[:len(REFUSED)]
 
     def test_a_chain_is_accepted_by_openssl_or_else_by_the_platform(self):
-        self.make_chain("-expired", leaf={"validity": EXPIRED})
-        self.make_chain("-of-old-root", root={"validity": EXPIRED})
-        self.make_chain("-of-weak-root", root={"key": "rsa:512"})
-        self.make_chain("-of-weak-issuer", issuer={"digest": "sha1"})
         for chain, openssl, platform, verdict in [
                 ("leaf issuer", "root", "none", TRUSTED),
                 ("leaf issuer", "nowhere", "root", TRUSTED),
@@ -62,31 +68,25 @@ class Trust(ProgramTest):
                 ("single", "nowhere", "single", TRUSTED),
                 ("single", "nowhere", "root", REFUSED),
                 ("leaf-expired issuer-expired", "root-expired", "root-expired", REFUSED),
-                ("leaf-of-old-root issuer-of-old-root", "nowhere", "root-of-old-root", REFUSED),
-                ("leaf-of-weak-root issuer-of-weak-root", "nowhere", "root-of-weak-root", REFUSED),
-                ("leaf-of-weak-issuer issuer-of-weak-issuer", "nowhere", "root-of-weak-issuer",
-                 REFUSED)]:
+                *[(f"leaf{suffix} issuer{suffix}", "nowhere", f"root{suffix}", REFUSED)
+                  for suffix in ["-of-old-root", "-of-weak-root", "-of-weak-issuer"]]]:
             with self.subTest(chain=chain, openssl=openssl, platform=platform):
-                errors = self.fetch(chain, openssl, {DEBIAN_BUNDLE: platform})
-                self.assertEqual(errors[:len(REFUSED)], verdict)
+                self.assertEqual(self.verdict(chain, openssl, {BUNDLES[0]: platform}), verdict)
 
     def test_the_platform_trusts_what_its_first_bundle_or_else_its_folder_holds(self):
-        (self.home / "garbage.pem").write_text("-----BEGIN CERTIFICATE-----\n!\n")
         name = subprocess.run(["openssl", "x509", "-hash", "-noout", "-in", "root.pem"],
                               cwd=self.home, capture_output=True, check=True, text=True).stdout
         hashed = f"ssl/certs/{name.strip()}.0"
         for etc, verdict in [
-                *[({place: "root"}, TRUSTED) for place in [DEBIAN_BUNDLE, *OTHER_BUNDLES, hashed]],
-                *[({DEBIAN_BUNDLE: "none", place: "root"}, REFUSED)
-                  for place in [*OTHER_BUNDLES, hashed]],
-                ({DEBIAN_BUNDLE: "garbage"}, REFUSED),
-                ({hashed: "garbage"}, REFUSED),
+                *[({place: "root"}, TRUSTED) for place in [*BUNDLES, hashed]],
+                *[({BUNDLES[0]: "none", place: "root"}, REFUSED) for place in [BUNDLES[1], hashed]],
+                *[({place: "garbage"}, REFUSED) for place in [BUNDLES[0], hashed]],
                 ({}, REFUSED)]:
             with self.subTest(etc=etc):
-                self.assertEqual(self.fetch("leaf issuer", etc=etc)[:len(REFUSED)], verdict)
+                self.assertEqual(self.verdict("leaf issuer", "nowhere", etc), verdict)
 
     def test_no_version_but_tls_1_2_is_spoken(self):
         for version in ssl.TLSVersion.TLSv1_1, ssl.TLSVersion.TLSv1_3:
-            with self.subTest(version=version.name):
-                errors = self.fetch("leaf issuer", "root", version=version)
-                self.assertRegex(errors, r"\Ahandshake: .*protocol")
+            with self.subTest(version.name):
+                self.assertRegex(self.verdict("leaf issuer", "root", {}, version=version),
+                                 r"\Ahandshake: .*protocol")
