@@ -1,9 +1,8 @@
 import os
 import re
-import stat
 import time
 
-from harness import ENTRY, PAGE_TEXT, CopyTest
+from harness import ENTRY, PAGE, PAGE_TEXT, CopyTest
 from https_server import http_response
 
 BLOCK = b"<!--ReleaseInfo9-->"
@@ -52,17 +51,14 @@ class Answers(CopyTest):
                  f"k=v\n[{ENTRY}]\ntimestamp=NOW\nx=y\ninfo={PAGE_TEXT}[F]\ninfo=3\n")]:
             with self.subTest(case), self.server() as server:
                 self.cache.write_text(before)
-                self.cache.chmod(0o640)
                 self.assertEqual(self.run_page("--blocking", port=server.port), (0, PAGE_TEXT, ""))
                 stored = self.cache.read_text()
                 self.assertAlmostEqual(int(re.search(r"\d{10}", stored)[0]), time.time(), delta=5)
                 self.assertEqual(re.sub(r"\d{10}", "NOW", stored), after)
-                self.assertEqual(stat.filemode(self.cache.stat().st_mode), "-rw-r-----")
 
     def test_an_answer_is_out_before_it_is_stored(self):
         os.mkfifo(self.cache)  # nobody reads from it, so the store never ends
-        with (self.server() as server,
-              self.start_page("--blocking", port=server.port) as run):
+        with self.server() as server, self.start_page("--blocking", port=server.port) as run:
             self.assertEqual(run.stdout.readline(), PAGE_TEXT)
             run.kill()
 
@@ -80,13 +76,10 @@ class Answers(CopyTest):
         self.assertEqual(self.result(waiting), (0, "4.7\n", ""))
 
     def test_a_request_is_the_same_to_the_byte(self):
-        head = "Host: localhost\r\nUser-Agent: Boost.Beast/330\r\n\r\n"
         with self.server() as server:
-            for target in "index.html", "/a b?c":
-                with self.subTest(target):
-                    self.run_program("--host=localhost", "--port", server.port, target, "--blocking")
-                    self.assertEqual(server.requests.pop().decode(),
-                                     f"GET {target}?815 HTTP/1.0\r\n{head}")
+            self.run_page("--blocking", port=server.port)
+        self.assertEqual(server.requests, [f"GET {PAGE}?815 HTTP/1.0\r\nHost: localhost\r\n"
+                                           "User-Agent: Boost.Beast/330\r\n\r\n".encode()])
         self.assertEqual(server.server_name, "localhost")
 
     def fetch(self, response, **options):
@@ -102,24 +95,19 @@ class Answers(CopyTest):
     def test_what_counts_as_an_answer(self):
         for case, response, text, errors in [
                 ("status 301", b"HTTP/1.1 301 Moved Permanently\r\n\r\n" + BLOCK, "9\n", ""),
-                ("status 404", b"HTTP/1.1 404 Not Found\r\n\r\n" + BLOCK, "9\n", ""),
                 ("status 500", b"HTTP/1.0 500 Oops\r\n\r\n" + BLOCK, "9\n", ""),
                 ("blanks", http_response(b"<!--ReleaseInfo\r\n 1\n2\t\r\n-->"), " 12\t\n", ""),
-                ("long header", b"HTTP/1.0 200 OK\r\nx: " + b"y" * 7000 + b"\r\n\r\n" + BLOCK,
-                 "9\n", ""),
+                ("7 KB header", b"HTTP/1.0 200 OK\r\nx:%7000d\r\n\r\n%s" % (1, BLOCK), "9\n", ""),
                 ("long body", http_response(bytes(8_000_000) + BLOCK), "9\n", ""),
                 ("empty text", http_response(b"<!--ReleaseInfo\r\n-->" + BLOCK), "", ""),
                 ("no block", http_response(b""), "", "'<!--ReleaseInfo' delimiter not found.\n"),
-                ("no end", http_response(b"-->" + BLOCK[:-1]), "",
-                 "'-->' delimiter not found.\n")]:
+                ("no end", http_response(b"-->" + BLOCK[:-1]), "", "'-->' delimiter not found.\n")]:
             with self.subTest(case):
                 self.assertEqual(self.fetch(response), (text, errors))
 
     def test_what_counts_as_cut_short(self):
         for case, response, close_notify, error in [
-                ("bare end after all", http_response(BLOCK), False, "asio.ssl.stream:1\n"),
-                ("bare end is the end", b"HTTP/1.0 200 OK\r\n\r\n" + BLOCK, False,
-                 "asio.ssl.stream:1\n"),
+                ("bare end", http_response(BLOCK), False, "asio.ssl.stream:1\n"),
                 ("end before the length", http_response(BLOCK)[:-1], True, "beast.http:2\n"),
                 ("more than 8 MiB", http_response(bytes(2**23) + BLOCK), True, "beast.http:9\n")]:
             with self.subTest(case):

@@ -13,8 +13,9 @@
 
 // The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
 // file. So a read is locked until its stream closes, and a store is no longer locked while it
-// writes: a reader may then see an empty or half-written file. This is intended; the order in which
-// the streams below are opened and closed is part of the behaviour.
+// writes: a reader may then see an empty or half-written file, and an answer that another process
+// stores meanwhile is lost. The order in which the streams below are opened and closed is part of
+// the behaviour.
 
 namespace {
 
@@ -30,11 +31,16 @@ boost::posix_time::ptime lock_deadline()
          + boost::posix_time::microseconds{lock_wait_microseconds};
 }
 
-bool owns_lock(scoped_file_lock const& lock, bool debug)
+void report_missing_lock(bool debug)
 {
-  if (!lock.owns() && debug)
+  if (debug)
     std::cerr << "Unable to obtain file lock." << std::endl;
-  return lock.owns();
+}
+
+void report(std::exception const& error, bool debug)
+{
+  if (debug)
+    std::cerr << error.what() << std::endl;
 }
 
 ptree::path_type key_path(char const* pattern, std::string const& entry_name)
@@ -61,8 +67,10 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
   try {
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
-    if (!owns_lock(lock, debug))
+    if (!lock.owns()) {
+      report_missing_lock(debug);
       return false;
+    }
     ptree content;
     std::ifstream in{file_name};
     read_ini(in, content);
@@ -73,14 +81,12 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     return false; // a key that the file lacks is no reason to empty it
   } catch (boost::property_tree::ptree_error const& error) {
     // An invalid file would fail every later run: empty it, so that the next store can fill it. The
-    // lock is gone by now, and that is intended.
+    // lock is gone by now: an answer stored since the read is emptied too.
     std::ofstream const emptied{file_name};
-    if (debug)
-      std::cerr << error.what() << std::endl;
+    report(error, debug);
     return false;
   } catch (std::exception const& error) {
-    if (debug)
-      std::cerr << error.what() << std::endl;
+    report(error, debug);
     return false;
   }
 }
@@ -94,20 +100,19 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
     std::ofstream{file_name, std::ios::app}.close();
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
-    if (!owns_lock(lock, debug))
-      return;
+    if (!lock.owns())
+      return report_missing_lock(debug);
     ptree content;
     {
       std::ifstream in{file_name};
       read_ini(in, content);
-    }
+    } // the lock has lapsed here
     content.put(info_path(entry_name), release_text);
     content.put(timestamp_path(entry_name), std::time(nullptr));
     std::ofstream out{file_name};
     write_ini(out, content);
   } catch (std::exception const& error) {
-    // An invalid file is not emptied here: only a read recovers from one, and that is intended.
-    if (debug)
-      std::cerr << error.what() << std::endl;
+    // An invalid file is not emptied here: until a read recovers from it, every store fails.
+    report(error, debug);
   }
 }

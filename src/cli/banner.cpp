@@ -27,7 +27,7 @@ std::time_t cvt_DATE_TIME(char const* date, char const* time)
 std::string banner(std::time_t build_time)
 {
   // Read as local time and shown as UTC, the compiler's clock appears shifted by the offset of the
-  // machine that runs the program. That is intended.
+  // machine that runs the program: the same build shows another time in another zone.
   auto const built = boost::posix_time::from_time_t(build_time);
   return str(boost::format{"QMB Version Getter %1%%3% (%2%)."} % program_version
              % to_simple_string(built) % maker_notice);

@@ -10,5 +10,6 @@
 void parse_command_line(int argc, char* argv[], std::string const& home_directory,
                         options_map& options);
 
-// The usage line and the documented options, one per line, as the help shows them.
+// The usage line and the documented options, one per line, as the help shows them. Errors of the
+// library and the formatting (std::exception) escape.
 std::string options_help();

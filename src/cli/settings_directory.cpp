@@ -17,9 +17,9 @@ std::string home_directory()
   return {};
 }
 
-bool has_settings_directory(options_map& options)
+bool has_settings_directory(options_map const& options)
 {
-  return options.count("ini-dir") && !options["ini-dir"].as<std::string>().empty();
+  return !options["ini-dir"].as<std::string>().empty();
 }
 
 boost::filesystem::path cache_file_path(std::string const& settings_directory)

@@ -14,7 +14,7 @@
 
 namespace {
 
-bool fails_with(char const* message)
+bool report_failure(char const* message)
 {
   std::cerr << message << std::endl;
   return false;
@@ -25,9 +25,9 @@ bool discard_output()
 {
   int const null = open("/dev/null", O_WRONLY);
   if (null < 0)
-    return fails_with("Unble to open /dev/null.");
+    return report_failure("Unble to open /dev/null.");
   if (dup2(null, STDOUT_FILENO) < 0 || dup2(null, STDERR_FILENO) < 0)
-    return fails_with("dup2 call failed.");
+    return report_failure("dup2 call failed.");
   return true; // The descriptor stays open in the copy, which ends soon.
 }
 
@@ -42,7 +42,7 @@ bool spawn_blocking(options_map& options)
 {
   pid_t const child = fork();
   if (child < 0)
-    return fails_with("Unable to start child process (first fork).");
+    return report_failure("Unable to start child process (first fork).");
   if (child > 0)
     return true;
   if (!discard_output())

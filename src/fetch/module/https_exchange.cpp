@@ -34,11 +34,13 @@ constexpr int http_1_0 = 10;
 ssl::context verifying_context()
 {
   ssl::context context{ssl::context::tlsv12_client};
+  // A plain function is all that the verdict needs; the library's own kind of callback is an object
+  // that it allocates and wraps.
   SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
                      verify_server_certificates);
   context.set_default_verify_paths();
-  // The host name is not compared with the certificate, on purpose: trust means that the chain
-  // leads to a trusted root, nothing more.
+  // The host name is not compared with the certificate: whoever holds one of a trusted authority is
+  // believed. Trust means that the chain leads to a trusted root, nothing more.
   context.set_verify_mode(ssl::verify_peer);
   return context;
 }
@@ -57,11 +59,10 @@ http::request<http::empty_body> page_request(std::string const& host, std::strin
   return request;
 }
 
-bool succeeded(beast::error_code const& error, bool debug)
+void report(beast::error_code const& error, bool debug)
 {
   if (error && debug)
     std::cerr << error << std::endl;
-  return !error;
 }
 
 void hand_over(std::string const& text, char** release_text, std::size_t* size)
@@ -85,7 +86,8 @@ bool fetch_over_https(char const* host, char const* port, char const* target, ch
     net::ip::tcp::resolver resolver{io};
     tls_stream stream{io, context};
     set_server_name(stream, host);
-    // No time-outs, on purpose: whoever waits asked to, and a refresher keeps nobody waiting.
+    // No time-outs: a silent server holds this process for as long as it likes. Whoever waits asked
+    // to, and a refresher keeps nobody waiting.
     beast::get_lowest_layer(stream).connect(resolver.resolve(host, port));
     stream.handshake(ssl::stream_base::client);
 
@@ -94,7 +96,8 @@ bool fetch_over_https(char const* host, char const* port, char const* target, ch
     http::response<http::dynamic_body> response;
     beast::error_code error;
     http::read(stream, buffer, response, error);
-    if (!succeeded(error, debug))
+    report(error, debug);
+    if (error)
       return false;
     auto const body = beast::buffers_to_string(response.body().data());
     hand_over(extract_release_text(body, debug), release_text, size);
@@ -102,7 +105,8 @@ bool fetch_over_https(char const* host, char const* port, char const* target, ch
     stream.shutdown(error);
     if (error == net::error::eof)
       error = {}; // The stream ended after the server's own close_notify: a clean end.
-    return succeeded(error, debug);
+    report(error, debug);
+    return !error;
   } catch (std::exception const& error) {
     if (debug)
       std::cerr << error.what() << std::endl;

@@ -10,11 +10,10 @@ namespace {
 constexpr std::string_view opening_marker = "<!--ReleaseInfo";
 constexpr std::string_view closing_marker = "-->";
 
-std::string missing_marker(std::string_view marker, bool debug)
+void report_missing(std::string_view marker, bool debug)
 {
   if (debug)
     std::cerr << "'" << marker << "' delimiter not found." << std::endl;
-  return {};
 }
 
 } // namespace
@@ -22,12 +21,16 @@ std::string missing_marker(std::string_view marker, bool debug)
 std::string extract_release_text(std::string const& body, bool debug)
 {
   auto const opening = body.find(opening_marker);
-  if (opening == std::string::npos)
-    return missing_marker(opening_marker, debug);
+  if (opening == std::string::npos) {
+    report_missing(opening_marker, debug);
+    return {};
+  }
   auto const begin = opening + opening_marker.size();
   auto const end = body.find(closing_marker, begin);
-  if (end == std::string::npos)
-    return missing_marker(closing_marker, debug);
+  if (end == std::string::npos) {
+    report_missing(closing_marker, debug);
+    return {};
+  }
   auto release_text = body.substr(begin, end - begin);
   boost::erase_all(release_text, "\n");
   boost::erase_all(release_text, "\r");
