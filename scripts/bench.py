@@ -1,4 +1,4 @@
-"""Times the built program against cat and curl on this machine; prints a table and ratios.
+"""Times the built program against cat and curl on this machine: prints tables, draws doc/speed.svg.
 
 All commands run in turn, several rounds, so that whatever else the machine does meets them alike.
 """
@@ -13,9 +13,23 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PROGRAM = ROOT / "build/release/bin/get-qmb-ver"
 MODULE = ROOT / "build/release/lib/get-qmb-ver/fetch.so"
-ROUNDS, RUNS_PER_ROUND, WARMUP = 4, 100, 20
+ROUNDS, RUNS_PER_ROUND, WARMUP = 8, 50, 10
 ENTRY = "[RevisionInfo-785739D6B89F466]\ninfo=4.7.2 (2022-06-30)\ntimestamp=9999999999\n"
 PAGE = "--host=localhost /page"  # the page of the entry
+CHART = """
+set terminal svg size 760,190 font 'sans-serif,14'
+set output '{file}'
+set style fill solid
+set xrange [0:{longest}]
+set yrange [{bars} - 0.5:-0.5]
+unset xtics
+set border 0
+set ytics scale 0 textcolor rgb '#808080'
+set lmargin 32
+plot '-' using (0):0:(0):1:($0 - 0.3):($0 + 0.3):ytic(2) with boxxyerror linecolor rgb '#3d8bcd' \\
+  notitle, '-' using 1:0:(sprintf("%.1f ms", $1)) with labels left offset 0.5,0 \\
+  textcolor rgb '#808080' notitle
+"""
 
 
 def cache_of(folder, entries):
@@ -29,7 +43,7 @@ def cache_of(folder, entries):
 
 
 def medians(commands, folder):
-    """Median seconds of each command, by name."""
+    """Median milliseconds of each command, by name."""
     times = {name: [] for name in commands}
     report = pathlib.Path(folder, "report.json")
     for _ in range(ROUNDS):
@@ -38,14 +52,14 @@ def medians(commands, folder):
                         *commands.values()], check=True, capture_output=True)
         for name, result in zip(commands, json.loads(report.read_text())["results"]):
             times[name] += result["times"]
-    return {name: statistics.median(values) for name, values in times.items()}
+    return {name: statistics.median(values) * 1000 for name, values in times.items()}
 
 
 def peak_memory(command):
-    """KiB of resident memory at most."""
+    """MiB of resident memory at most."""
     result = subprocess.run(f"exec time --format=%M {command}", shell=True, check=True, text=True,
                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-    return int(result.stderr)
+    return int(result.stderr) / 1024
 
 
 def commands_of(folder, port):
@@ -63,6 +77,14 @@ def commands_of(folder, port):
     return commands
 
 
+def draw(bars):
+    """A bar for each of the milliseconds, on no ground, in colours for light and dark pages."""
+    data = "".join(f'{value} "{name}"\n' for name, value in bars.items()) + "e\n"
+    chart = CHART.format(file=ROOT / "doc/speed.svg", bars=len(bars),
+                         longest=1.2 * max(bars.values()))
+    subprocess.run(["gnuplot"], input=chart + 2 * data, text=True, check=True)
+
+
 def main():
     with tempfile.TemporaryDirectory() as folder:
         os.environ["SSL_CERT_FILE"] = f"{folder}/root.pem"
@@ -77,21 +99,23 @@ def main():
 
     print(f"| command | median of {ROUNDS * RUNS_PER_ROUND} runs | peak memory |\n|---|--:|--:|")
     for name in commands:
-        print(f"| {name} | {time[name] * 1000:.2f} ms | {memory[name] / 1024:.1f} MiB |")
+        print(f"| {name} | {time[name]:.2f} ms | {memory[name]:.1f} MiB |")
     print("\n| ratio or size | measured | target |\n|---|--:|--:|")
+    cat, default = time["cat, 1 in the file"], time["default run, 1 in the file"]
     for name, value, target in [
-            ("default run / cat",
-             time["default run, 1 in the file"] / time["cat, 1 in the file"], "1.15"),
-            ("default run / curl --version",
-             time["default run, 1 in the file"] / time["curl --version"], ""),
+            ("default run / cat", default / cat, "1.15"),
+            ("default run / curl --version", default / time["curl --version"], ""),
             ("blocking run / curl", time["blocking run"] / time["curl of the same page"], "0.80"),
             ("10,000 entries / 100 entries",
              time["default run, 10,000 in the file"] / time["default run, 100 in the file"], "100"),
-            ("peak memory of a default run, MiB",
-             memory["default run, 1 in the file"] / 1024, "4.5"),
+            ("peak memory of a default run, MiB", memory["default run, 1 in the file"], "4.5"),
             ("size of the program, MiB", PROGRAM.stat().st_size / 2**20, ""),
             ("size of the module, MiB", MODULE.stat().st_size / 2**20, "")]:
         print(f"| {name} | {value:.2f} | {target and 'at most ' + target} |")
+    draw({"cat of the file": cat, "get-qmb-ver": default,
+          "get-qmb-ver --blocking": time["blocking run"],
+          "curl --version": time["curl --version"],
+          "curl of the same page": time["curl of the same page"]})
 
 
 if __name__ == "__main__":

@@ -1,7 +1,7 @@
 """Throwaway certificates and a small HTTPS server on a free loopback port, for tests and demo.
 
-Run as a program it makes an authority in the folder given, FOLDER/root.pem, prints its port and
-serves a page with a release block until it is ended.
+Run as a program, with a folder and if need be a port, it makes an authority in the folder,
+FOLDER/root.pem, prints its port and serves a page with a release block until it is ended.
 """
 import pathlib
 import socket
@@ -61,13 +61,13 @@ def make_certificate(folder, name, issuer=None, kind="server", key="ec:P-256", d
 
 
 class Server:
-    """Answers every request on `port` with `response` and notes the requests as they came.
+    """Answers every request with `response` and notes the requests as they came; port 0 is any.
 
     It sends the certificates that are named, its own first, out of those made in the folder.
     """
 
     def __init__(self, folder, certificates, response=http_response(PAGE),
-                 version=ssl.TLSVersion.TLSv1_2, close_notify=True):
+                 version=ssl.TLSVersion.TLSv1_2, close_notify=True, port=0):
         self.response = response
         self.close_notify = close_notify
         self.requests = []
@@ -83,7 +83,7 @@ class Server:
         self.context.load_cert_chain(chain, chain.with_name(f"{certificates[0]}.key"))
         self.server_name = None
         self.context.sni_callback = lambda _, name, __: setattr(self, "server_name", name)
-        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.listener = socket.create_server(("127.0.0.1", port))
         self.port = str(self.listener.getsockname()[1])
 
     def serve(self):
@@ -127,13 +127,14 @@ class Server:
         self.listener.close()
 
 
-def main(folder):
+def main(folder, port=0):
+    pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
     make_certificate(folder, "root", kind="authority")
     make_certificate(folder, "localhost", issuer="root")
-    server = Server(folder, ["localhost", "root"])
+    server = Server(folder, ["localhost", "root"], port=int(port))
     print(server.port, flush=True)
     server.serve()
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main(*sys.argv[1:])

@@ -41,7 +41,7 @@ class Trust(ProgramTest):
         self.in_namespace.chmod(0o755)
 
     def verdict(self, chain, openssl, etc, **options):
-        """The error of a run while OpenSSL's file is the one named and /etc holds these, by place."""
+        """The error of a run while OpenSSL's file and /etc hold these certificates, or TRUSTED."""
         self.environment["SSL_CERT_FILE"] = f"{self.home}/{openssl}.pem"
         folder = self.home / "etc"
         shutil.rmtree(folder, ignore_errors=True)
