@@ -22,7 +22,8 @@ install(FILES completions/get-qmb-ver.bash
 install(FILES completions/get-qmb-ver.fish
   DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 install(FILES README.md packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES doc/architecture.md doc/publishing.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/doc)
+install(FILES doc/architecture.md doc/packaging.md doc/performance.md doc/publishing.md doc/speed.svg
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/doc)
 if(GET_QMB_VER_DEBIAN)
   install(FILES ${PROJECT_BINARY_DIR}/changelog.gz ${PROJECT_BINARY_DIR}/changelog.Debian.gz
     DESTINATION ${CMAKE_INSTALL_DOCDIR})
