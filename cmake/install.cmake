@@ -42,6 +42,7 @@ set(CPACK_PACKAGE_DESCRIPTION
   "get-qmb-ver answers at once from one small file in the user's home directory
 and refreshes it in the background over HTTPS when the answer is older than a
 day, so that scripts and prompts never wait for the network.")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CPACK_OUTPUT_FILE_PREFIX ${PROJECT_SOURCE_DIR}/dist)
 set(CPACK_STRIP_FILES ON)
 if(GET_QMB_VER_DEBIAN)
