@@ -41,6 +41,7 @@ class Answers(CopyTest):
                 read = self.run_page(*arguments)
                 self.exit_status_of_copy()
                 self.assertEqual((read[2], self.cache.read_text()), (errors, ""))
+        self.assertEqual(self.run_page("--blocking"), (0, "", ""))  # nobody answers
 
     def test_a_store_keeps_everything_else(self):
         for case, before, after in [

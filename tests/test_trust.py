@@ -25,7 +25,7 @@ class Trust(ProgramTest):
         super().setUp()
         for suffix, root, issuer in [("", {}, {}),
                                      ("-of-old-root", {"validity": EXPIRED}, {}),
-                                     ("-of-weak-root", {"key": "rsa:512"}, {}),
+                                     ("-of-weak-root", {"key": "rsa:1024"}, {}),
                                      ("-of-weak-issuer", {}, {"digest": "sha1"})]:
             make_certificate(self.home, "root" + suffix, kind="authority", **root)
             make_certificate(self.home, "issuer" + suffix, "root" + suffix, "authority", **issuer)
