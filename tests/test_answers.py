@@ -25,7 +25,7 @@ class Answers(CopyTest):
                 (f"# c\r\n\n[{ENTRY}]\r\n info = 1=a b \ntimestamp= +99 \n", "1=a b\n", 99),
                 *[(f"[{ENTRY}]\ninfo=1\ntimestamp={written}\n", "1\n", read) for written, read in [
                     ("-5", -5), ("12x", 0), ("0x10", 0), ("9" * 20, 0), ("", 0), ("1 2", 0)]]]:
-            with self.subTest(content):
+            with self.subTest(content=content):
                 self.cache.write_text(content)
                 status, output, errors = self.run_page("--debug")
                 self.exit_status_of_copy()
