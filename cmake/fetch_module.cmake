@@ -5,6 +5,10 @@ set(module_install_folder ${CMAKE_INSTALL_LIBDIR}/get-qmb-ver)
 set(module_full_folder ${CMAKE_INSTALL_FULL_LIBDIR}/get-qmb-ver)
 file(RELATIVE_PATH program_folder ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_BINDIR})
 file(RELATIVE_PATH module_folder ${CMAKE_INSTALL_PREFIX} ${module_full_folder})
+if("${program_folder} ${module_folder}" MATCHES "\\.\\./") # outside the prefix: mirror whole paths
+  set(program_folder .${CMAKE_INSTALL_FULL_BINDIR})
+  set(module_folder .${module_full_folder})
+endif()
 file(RELATIVE_PATH module_from_program
   ${CMAKE_INSTALL_FULL_BINDIR} ${module_full_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX})
 
@@ -15,11 +19,11 @@ function(add_fetch_module target root)
   target_link_libraries(${target} PRIVATE exchange)
   set_target_properties(${target} PROPERTIES
     PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY ${root}/${module_folder})
-  # One exported symbol, so that the C++ runtimes of program and module never meet. Never unloaded:
-  # OpenSSL and the C++ runtime leave functions to be called at exit.
+  # One exported symbol, so that the C++ runtimes of program and module never meet.
   if(APPLE)
     target_link_options(${target} PRIVATE -Wl,-exported_symbol,_fetch_over_https)
   else()
+    # Never unloaded: the C++ runtime in the module leaves functions to be called at exit.
     set(exports ${PROJECT_SOURCE_DIR}/src/fetch/module/exports.map)
     target_link_options(${target} PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete)
     set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${exports})

@@ -76,7 +76,7 @@ class Answers(CopyTest):
             waiting = self.start_at_lock()
         self.assertEqual(self.result(waiting), (0, "4.7\n", ""))
 
-    def test_a_request_is_the_same_to_the_byte(self):
+    def test_every_request_is_the_same_to_the_byte(self):
         with self.server() as server:
             self.run_page("--blocking", port=server.port)
         self.assertEqual(server.requests, [f"GET {PAGE}?815 HTTP/1.0\r\nHost: localhost\r\n"

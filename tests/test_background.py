@@ -42,8 +42,8 @@ class BackgroundCopy(CopyTest):
         for path in self.home, self.cache:
             path.chmod(0o777)
         self.refuse(lambda run: None, "Unable to start child process (first fork).\n", status=1,
-                    # Nobody stands in for root, whose processes are not limited.
-                    user=os.geteuid() or "nobody",
+                    # Nobody, who may not see PROGRAM, stands in for root, who has no limit.
+                    program=shutil.copy(PROGRAM, self.home), user=os.geteuid() or "nobody",
                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NPROC, (0, 0)))
 
     def test_no_descriptor_is_left(self):

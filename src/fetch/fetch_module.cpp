@@ -10,13 +10,13 @@
 
 namespace {
 
-// The dynamic loader believes what the head of a file says about the rest and dies on a file that
-// was cut short, by a full disk for example. So its end is read first, where the section table is.
+// The loader of Linux believes what the head of a file says about the rest and dies on a file whose
+// rest a full disk or a power cut left missing or blank. So the list of sections is read first,
+// which stands at the end of an ELF file.
 bool is_cut_short(boost::filesystem::path const& file)
 {
   try {
-    boost::dll::library_info{file}.sections();
-    return false;
+    return boost::dll::library_info{file}.sections().empty();
   } catch (std::ios_base::failure const&) {
     return std::ifstream{file.native()}.is_open();
   } catch (std::exception const&) {

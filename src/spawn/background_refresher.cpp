@@ -20,7 +20,8 @@ bool report_failure(char const* message)
   return false;
 }
 
-// The messages of this file are fixed, spelling and "(first fork)" included: scripts look for them.
+// The messages of this file are fixed, spelling and "(first fork)" included: a corrected one would
+// be missed by whoever looks for it.
 bool discard_output()
 {
   int const null = open("/dev/null", O_WRONLY);

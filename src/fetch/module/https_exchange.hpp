@@ -3,7 +3,7 @@
 #include <cstddef>
 
 // The one function of the module, opened at run time, that holds all that needs OpenSSL. Program
-// and module each have a C++ runtime of their own, so nothing of C++ passes between them.
+// and module may each have a C++ runtime of their own, so nothing of C++ passes between them.
 
 // Fetches target (the request target, sent as it is) from host and port (a number or a service
 // name) with one HTTP/1.0 GET (RFC 1945) over TLS 1.2 (RFC 5246), without any time-out, and

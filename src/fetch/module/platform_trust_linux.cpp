@@ -22,8 +22,8 @@ constexpr std::array bundles{
 };
 constexpr char const* hashed_directory = "/etc/ssl/certs";
 
-// As strict as OpenSSL's own verdict: keys and signatures of at least 112 bits, see
-// SSL_CTX_set_security_level(3).
+// Keys and signatures of at least 112 bits, as OpenSSL's own verdict wants them on Debian, see
+// SSL_CTX_set_security_level(3). A context of one's own starts at 0.
 constexpr int authentication_level = 2;
 
 template <auto free_function>
