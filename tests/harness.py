@@ -5,7 +5,6 @@ import fcntl
 import os
 import pathlib
 import subprocess
-import sys
 import tempfile
 import unittest
 
@@ -58,7 +57,7 @@ class CopyTest(ProgramTest):
 
     @classmethod
     def setUpClass(cls):
-        if sys.platform != "linux":
+        if os.uname().sysname != "Linux":
             raise unittest.SkipTest("needs prctl and /proc of Linux")
         ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)  # copies become our children
 

@@ -93,7 +93,7 @@ class Trust(ProgramTest):
 
 class TrustOnMacos(Trust):
     def test_a_chain_is_not_trusted_when_an_object_cannot_be_made(self):
-        for kind in "data", "certificate", "array", "trust":
+        for kind in "data", "certificate", "chain", "trust":
             with self.subTest(kind), mock.patch.dict(self.environment, {kind: "refused"}):
                 self.assertEqual(self.verdict("leaf issuer", "nowhere", {BUNDLES[0]: "root"}),
                                  REFUSED)
