@@ -13,7 +13,8 @@ class BackgroundCopy(CopyTest):
             server.may_answer.clear()
             self.assertEqual(self.run_program(
                 "--host=localhost", "--port", server.port, "--debug", target, cwd=self.home,
-                stdin=own_file, pass_fds=[own_file.fileno()])[0], 0)
+                stdin=own_file, pass_fds=[own_file.fileno()])[::2],
+                (0, "No such file or directory\n"))
             self.assertTrue(server.requested.wait(30))
             children = pathlib.Path(f"/proc/self/task/{os.getpid()}/children").read_text()
             copy = pathlib.Path("/proc", children.strip())

@@ -43,6 +43,7 @@ bool get_from_server(options_map& options, std::string& release_text, bool debug
     char* text = nullptr;
     std::size_t size = 0;
     bool const fetched = fetch(host.c_str(), port.c_str(), target.c_str(), &text, &size, debug);
+    // A failure may come with a text, too, when only the end of the exchange was not clean.
     allocated_text const owner{text};
     release_text.assign(text, size);
     return fetched;

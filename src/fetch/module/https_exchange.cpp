@@ -67,6 +67,7 @@ void report(beast::error_code const& error, bool debug)
 
 void hand_over(std::string const& text, char** release_text, std::size_t* size)
 {
+  // One byte more, for the end of the string: malloc may answer a request for none with nothing.
   auto* const bytes = static_cast<char*>(std::malloc(text.size() + 1));
   if (!bytes)
     throw std::bad_alloc{};
