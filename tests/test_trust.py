@@ -37,7 +37,7 @@ class Trust(ProgramTest):
         self.in_namespace = self.home / "in_namespace"
         self.in_namespace.write_text(
             f"#!/bin/sh\nexec {NAMESPACE} sh -c 'mount --bind {self.home}/etc /etc && "
-            f"exec {PROGRAM} \"$@\"' sh \"$@\"\n")
+            f"exec \"{PROGRAM}\" \"$@\"' sh \"$@\"\n")
         self.in_namespace.chmod(0o755)
 
     def verdict(self, chain, openssl, etc, **options):
