@@ -1,17 +1,23 @@
-# Finds the libraries, or ends the configuration with what to do about it.
+# Finds the libraries, or ends the configuration with CMake's own diagnosis and what to install.
 
-function(require name version extra_packages)
-  find_package(${name} ${version} QUIET ${ARGN})
-  if(NOT ${name}_FOUND)
-    message(FATAL_ERROR "${name} ${version} or newer is needed and was not found. "
-                        "On Debian and Ubuntu: scripts/install-deps ${extra_packages}")
+# require(NAME FOUND DEBIAN HOMEBREW): ends the configuration unless FOUND is true.
+function(require name found debian homebrew)
+  if(NOT found)
+    message(FATAL_ERROR "${name} was not found.\nOn Debian and Ubuntu: scripts/install-deps ${debian}\n"
+                        "On macOS: brew install ${homebrew}")
   endif()
 endfunction()
 
 set(Boost_USE_STATIC_LIBS ${GET_QMB_VER_STATIC_RUNTIME}) # read by Boost's own files
-require(Boost 1.81 "" CONFIG COMPONENTS filesystem program_options)
-require(OpenSSL 3.0 "")
+find_package(Boost 1.81 CONFIG COMPONENTS filesystem program_options)
+require("Boost 1.81 or newer" "${Boost_FOUND}" "" boost)
+require("Boost.Filesystem" "${Boost_filesystem_FOUND}" "" boost)
+require("Boost.Program_options" "${Boost_program_options_FOUND}" "" boost)
+find_package(OpenSSL 3.0)
+require("OpenSSL 3.0 or newer" "${OPENSSL_FOUND}" "" openssl@3)
 if(BUILD_TESTING)
-  require(GTest 1.12 "libgtest-dev")
-  require(Python3 3.11 "python3" COMPONENTS Interpreter)
+  find_package(GTest 1.12)
+  require("GoogleTest 1.12 or newer" "${GTest_FOUND}" libgtest-dev googletest)
+  find_package(Python3 3.11 COMPONENTS Interpreter)
+  require("Python 3.11 or newer" "${Python3_FOUND}" python3 python)
 endif()
