@@ -3,6 +3,7 @@
 Run as a program, with a folder and if need be a port, it makes an authority in the folder,
 FOLDER/root.pem, prints its port and serves a page with a release block until it is ended.
 """
+import contextlib
 import pathlib
 import socket
 import ssl
@@ -123,7 +124,8 @@ class Server:
 
     def __exit__(self, *_):
         self.may_answer.set()
-        self.listener.shutdown(socket.SHUT_RDWR)
+        with contextlib.suppress(OSError):  # macOS knows no shutdown of a listening socket
+            self.listener.shutdown(socket.SHUT_RDWR)
         self.listener.close()
 
 
