@@ -12,13 +12,15 @@ endif()
 file(RELATIVE_PATH module_from_program
   ${CMAKE_INSTALL_FULL_BINDIR} ${module_full_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX})
 
+# Folders are written as $<1:...>, to which generators for several configurations add none of theirs.
+
 # add_fetch_module(TARGET ROOT SOURCE...): the module, in its place below ROOT, that finds the
 # platform's trust with these sources.
 function(add_fetch_module target root)
   add_library(${target} MODULE ${ARGN})
   target_link_libraries(${target} PRIVATE exchange)
   set_target_properties(${target} PROPERTIES
-    PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY ${root}/${module_folder})
+    PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY $<1:${root}/${module_folder}>)
   # One exported symbol, so that the C++ runtimes of program and module never meet.
   if(APPLE)
     target_link_options(${target} PRIVATE -Wl,-exported_symbol,_fetch_over_https)
