@@ -88,8 +88,7 @@ class TreeMovedAndCalledThroughALink(CopyTest):
         module = self.module.resolve()
         for case, spoil, message in [
                 ("missing", module.unlink, "No such file or directory"),
-                ("another file", lambda: shutil.copy(PROGRAM, module), "cannot dynamically load"),
-                ("cut short", lambda: os.truncate(module, 100_000), "cut short")]:
+                ("another file", lambda: shutil.copy(PROGRAM, module), "cannot dynamically load")]:
             with self.subTest(case), self.server() as server:
                 spoil()
                 run = {"port": server.port, "program": self.link, "cwd": decoys}

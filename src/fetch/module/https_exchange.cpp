@@ -1,7 +1,6 @@
 #include "fetch/module/https_exchange.hpp"
 
 #include "fetch/module/certificate_verification.hpp"
-#include "fetch/module/release_text.hpp"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -15,10 +14,8 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
 
-#include <cstdlib>
-#include <cstring>
 #include <iostream>
-#include <new>
+#include <string>
 
 namespace beast = boost::beast;
 namespace http = beast::http;
@@ -34,8 +31,7 @@ constexpr int http_1_0 = 10;
 ssl::context verifying_context()
 {
   ssl::context context{ssl::context::tlsv12_client};
-  // A plain function is all that the verdict needs; the library's own kind of callback is an object
-  // that it allocates and wraps.
+  // Set with OpenSSL's own call: Asio's would allocate a wrapper around the function.
   SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
                      verify_server_certificates);
   context.set_default_verify_paths();
@@ -65,21 +61,10 @@ void report(beast::error_code const& error, bool debug)
     std::cerr << error << std::endl;
 }
 
-void hand_over(std::string const& text, char** release_text, std::size_t* size)
-{
-  // One byte more, for the end of the string: malloc may answer a request for none with nothing.
-  auto* const bytes = static_cast<char*>(std::malloc(text.size() + 1));
-  if (!bytes)
-    throw std::bad_alloc{};
-  std::memcpy(bytes, text.c_str(), text.size() + 1);
-  *release_text = bytes;
-  *size = text.size();
-}
-
 } // namespace
 
-bool fetch_over_https(char const* host, char const* port, char const* target, char** release_text,
-                      std::size_t* size, bool debug) noexcept
+bool fetch_over_https(char const* host, char const* port, char const* target,
+                      body_reader* read_body, void* result, bool debug) noexcept
 {
   try {
     net::io_context io;
@@ -87,8 +72,8 @@ bool fetch_over_https(char const* host, char const* port, char const* target, ch
     net::ip::tcp::resolver resolver{io};
     tls_stream stream{io, context};
     set_server_name(stream, host);
-    // No time-outs: a silent server holds this process for as long as it likes. Whoever waits asked
-    // to, and a refresher keeps nobody waiting.
+    // No time-outs, on purpose: a silent server holds this process for as long as it likes. A
+    // caller of a blocking run asked to wait, and for a background copy nobody waits.
     beast::get_lowest_layer(stream).connect(resolver.resolve(host, port));
     stream.handshake(ssl::stream_base::client);
 
@@ -101,7 +86,8 @@ bool fetch_over_https(char const* host, char const* port, char const* target, ch
     if (error)
       return false;
     auto const body = beast::buffers_to_string(response.body().data());
-    hand_over(extract_release_text(body, debug), release_text, size);
+    if (!read_body(result, body.data(), body.size(), debug))
+      return false;
 
     stream.shutdown(error);
     if (error == net::error::eof)

@@ -2,15 +2,18 @@
 
 #include <cstddef>
 
-// The one function of the module, opened at run time, that holds all that needs OpenSSL. Program
-// and module may each have a C++ runtime of their own, so nothing of C++ passes between them.
+// The module holds everything that needs OpenSSL, and the program opens it at run time. Program and
+// module may each have a C++ runtime of their own, so nothing of C++ passes between them: no
+// object, no exception, and no memory that the other side has to free.
 
-// Fetches target (the request target, sent as it is) from host and port (a number or a service
-// name) with one HTTP/1.0 GET (RFC 1945) over TLS 1.2 (RFC 5246), without any time-out, and
-// extracts the release text of the page; the status code is not looked at. The text's bytes go to
-// *release_text, allocated with malloc(3) for the caller to free, and their number to *size; both
-// stay as they are if the fetch fails before that. Returns true when the exchange ended cleanly;
-// the text is then empty if the page lacks a marker. Returns false on any failure; with debug, a
-// line on standard error tells which. Every std::exception is caught.
+// Reads the body of the page: size bytes, valid until it returns. result and debug are those given
+// to fetch_over_https. Returns false, after telling why if debug is set, when it has failed.
+using body_reader = bool(void* result, char const* body, std::size_t size, bool debug) noexcept;
+
+// The module's only function. Fetches target (the request target, sent as it is) from host and port
+// (a number or a service name) with one HTTP/1.0 GET (RFC 1945) over TLS 1.2 (RFC 5246), without
+// any time-out, and calls read_body once when the response is complete, whatever its status code.
+// Returns true when read_body did and the exchange ended cleanly. Returns false on any failure;
+// with debug, a line on standard error tells which. Every std::exception is caught.
 extern "C" bool fetch_over_https(char const* host, char const* port, char const* target,
-                                 char** release_text, std::size_t* size, bool debug) noexcept;
+                                 body_reader* read_body, void* result, bool debug) noexcept;

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <type_traits>
 
 namespace {
 
@@ -23,13 +22,13 @@ constexpr std::array bundles{
 constexpr char const* hashed_directory = "/etc/ssl/certs";
 
 // Keys and signatures of at least 112 bits, as OpenSSL's own verdict wants them on Debian, see
-// SSL_CTX_set_security_level(3). A context of one's own starts at 0.
+// SSL_CTX_set_security_level(3). A new context starts at level 0.
 constexpr int authentication_level = 2;
 
-template <auto free_function>
-using deleter = std::integral_constant<decltype(free_function), free_function>;
-using trust_anchors = std::unique_ptr<X509_STORE, deleter<X509_STORE_free>>;
-using verification = std::unique_ptr<X509_STORE_CTX, deleter<X509_STORE_CTX_free>>;
+using trust_anchors =
+    std::unique_ptr<X509_STORE, decltype([](X509_STORE* store) { X509_STORE_free(store); })>;
+using verification =
+    std::unique_ptr<X509_STORE_CTX, decltype([](X509_STORE_CTX* c) { X509_STORE_CTX_free(c); })>;
 using certificate_list =
     std::unique_ptr<STACK_OF(X509), decltype([](STACK_OF(X509) * list) { sk_X509_free(list); })>;
 
@@ -66,15 +65,15 @@ bool evaluate(std::span<platform_certificate const> chain)
       || !X509_STORE_CTX_set_purpose(context.get(), X509_PURPOSE_SSL_SERVER))
     return false;
   X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), authentication_level);
-  // Whatever stands in the bundle is trusted, a certificate that is no CA included.
+  // Every certificate of the bundle is trusted, even one that is not an authority's.
   X509_STORE_CTX_set_flags(context.get(), X509_V_FLAG_PARTIAL_CHAIN);
   return X509_verify_cert(context.get()) == 1;
 }
 
 } // namespace
 
-// The callers run inside a handshake of OpenSSL, which takes errors left in its queue for its own;
-// so what is queued here is dropped again.
+// Both functions are called inside a handshake of OpenSSL, which would take errors left in its
+// queue for its own, so they drop what they have queued.
 
 platform_certificate create_platform_certificate(std::span<unsigned char const> der)
 {

@@ -10,7 +10,7 @@ namespace {
 
 template <typename Reference>
 using owned = std::unique_ptr<std::remove_pointer_t<Reference>,
-                              std::integral_constant<decltype(&CFRelease), &CFRelease>>;
+                              decltype([](Reference object) { CFRelease(object); })>;
 
 } // namespace
 

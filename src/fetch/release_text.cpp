@@ -1,9 +1,8 @@
-#include "fetch/module/release_text.hpp"
+#include "fetch/release_text.hpp"
 
 #include <boost/algorithm/string/erase.hpp>
 
 #include <iostream>
-#include <string_view>
 
 namespace {
 
@@ -18,20 +17,20 @@ void report_missing(std::string_view marker, bool debug)
 
 } // namespace
 
-std::string extract_release_text(std::string const& body, bool debug)
+std::string extract_release_text(std::string_view body, bool debug)
 {
   auto const opening = body.find(opening_marker);
-  if (opening == std::string::npos) {
+  if (opening == body.npos) {
     report_missing(opening_marker, debug);
     return {};
   }
   auto const begin = opening + opening_marker.size();
   auto const end = body.find(closing_marker, begin);
-  if (end == std::string::npos) {
+  if (end == body.npos) {
     report_missing(closing_marker, debug);
     return {};
   }
-  auto release_text = body.substr(begin, end - begin);
+  std::string release_text{body.substr(begin, end - begin)};
   boost::erase_all(release_text, "\n");
   boost::erase_all(release_text, "\r");
   return release_text;
