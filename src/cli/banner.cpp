@@ -26,8 +26,8 @@ std::time_t cvt_DATE_TIME(char const* date, char const* time)
 
 std::string banner(std::time_t build_time)
 {
-  // Read as local time and shown as UTC, the compiler's clock appears shifted by the offset of the
-  // machine that runs the program: the same build shows another time in another zone.
+  // The time was read as local time and is shown as UTC, on purpose: in another time zone the same
+  // build shows another time.
   auto const built = boost::posix_time::from_time_t(build_time);
   return str(boost::format{"QMB Version Getter %1%%3% (%2%)."} % program_version
              % to_simple_string(built) % maker_notice);

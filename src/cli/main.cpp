@@ -22,7 +22,7 @@ int main(int argc, char* argv[])
       std::cerr << "Please provide page target." << std::endl;
       return EXIT_FAILURE;
     }
-    if (!has_settings_directory(options)) {
+    if (!names_settings_directory(options)) {
       std::cerr << "Unable to establish path for *.ini file." << std::endl;
       return EXIT_FAILURE;
     }
@@ -30,6 +30,6 @@ int main(int argc, char* argv[])
     std::cerr << "Exception: " << error.what() << std::endl;
     return EXIT_FAILURE;
   }
-  // From here on errors are the callees' to report; one that escapes them ends the process.
+  // No handler from here on, on purpose: an exception that escapes run ends the process.
   return run(options);
 }

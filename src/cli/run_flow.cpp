@@ -4,7 +4,7 @@
 #include "cli/entry_name.hpp"
 #include "cli/settings_directory.hpp"
 #include "fetch/page_fetch.hpp"
-#include "spawn/background_refresher.hpp"
+#include "spawn/background_copy.hpp"
 
 #include <boost/program_options/variables_map.hpp>
 
@@ -24,7 +24,7 @@ int run_blocking(options_map& options, boost::filesystem::path const& cache_file
     std::cout << release_text << std::endl;
     update_last_known(cache_file, entry, release_text, debug);
   }
-  // A failed fetch is no failure of the run: the next one tries again.
+  // A failed fetch is no error of the run: the next run tries again.
   return EXIT_SUCCESS;
 }
 
@@ -48,7 +48,7 @@ int run_from_cache(options_map& options, boost::filesystem::path const& cache_fi
 
 bool is_stale(std::time_t now, long timestamp)
 {
-  // A timestamp comes from a file that anyone may edit; in floating point no value overflows.
+  // In floating point no timestamp overflows, whatever the cache file holds.
   return static_cast<long double>(now)
          > static_cast<long double>(timestamp) + staleness_limit_seconds;
 }

@@ -8,8 +8,8 @@
 // epoch: older than a day. Exactly a day is fresh, and so is a timestamp in the future.
 bool is_stale(std::time_t now, long timestamp);
 
-// The run after the command line is accepted: answers from the cache and starts a refresher when
-// the answer is stale, or with "blocking" fetches, prints and stores now. Returns the exit status:
-// 1 when a refresher was wanted and could not be started, else 0. Errors of spawn_blocking and of
-// the formatting escape.
+// The run after the command line is accepted: answers from the cache file and starts a background
+// copy when the answer is stale, or with "blocking" fetches, prints and stores now. Returns the
+// exit status: 1 when a background copy was needed and could not be started, else 0. Errors of
+// spawn_blocking and of the formatting escape.
 int run(options_map& options);

@@ -12,12 +12,13 @@ std::string home_directory()
     return profile;
   char const* const drive = std::getenv("HOMEDRIVE");
   char const* const path = std::getenv("HOMEPATH");
+  // Version 3 of the library joins "C:" and "/me" to "C:/me"; version 4 would give "/me" alone.
   if (drive && path)
     return (boost::filesystem::path{drive} / path).string();
   return {};
 }
 
-bool has_settings_directory(options_map const& options)
+bool names_settings_directory(options_map const& options)
 {
   return !options["ini-dir"].as<std::string>().empty();
 }

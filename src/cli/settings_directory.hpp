@@ -13,7 +13,7 @@ std::string home_directory();
 
 // Whether the options name a settings directory. An empty text names none; any other text is taken
 // as it stands, existing or not. An "ini-dir" that is no std::string raises boost::bad_any_cast.
-bool has_settings_directory(options_map const& options);
+bool names_settings_directory(options_map const& options);
 
 // The path of the cache file within the settings directory. Nothing is looked up on disk. Only
 // std::bad_alloc escapes.

@@ -1,4 +1,4 @@
-#include "spawn/background_refresher.hpp"
+#include "spawn/background_copy.hpp"
 
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <boost/format.hpp>
@@ -20,8 +20,8 @@ bool report_failure(char const* message)
   return false;
 }
 
-// The messages of this file are fixed, spelling and "(first fork)" included: a corrected one would
-// be missed by whoever looks for it.
+// The messages of this file are fixed, misspellings and "(first fork)" included: scripts may look
+// for them.
 bool discard_output()
 {
   int const null = open("/dev/null", O_WRONLY);
@@ -29,7 +29,8 @@ bool discard_output()
     return report_failure("Unble to open /dev/null.");
   if (dup2(null, STDOUT_FILENO) < 0 || dup2(null, STDERR_FILENO) < 0)
     return report_failure("dup2 call failed.");
-  return true; // The descriptor stays open in the copy, which ends soon.
+  // The descriptor is left open on purpose: all that it holds is /dev/null.
+  return true;
 }
 
 std::string argument(char const* pattern, options_map& options, char const* name)
@@ -56,7 +57,8 @@ bool spawn_blocking(options_map& options)
   auto const ini_dir = argument("--ini-dir=%1%", options, "ini-dir");
   execl(program.c_str(), program.c_str(), host.c_str(), port.c_str(), target.c_str(),
         ini_dir.c_str(), "--blocking", nullptr);
-  int const error = errno; // the message lands in /dev/null, where a tracer still sees it
+  int const error = errno;
+  // Standard error is /dev/null by now: only a trace of system calls shows this message.
   std::cerr << "Exec error: " << error << ", " << std::strerror(error) << std::endl;
   return false;
 }
