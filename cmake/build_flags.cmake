@@ -20,7 +20,7 @@ if(GET_QMB_VER_SANITIZE)
 else()
   target_compile_options(build_flags INTERFACE
     -fstack-protector-strong -ffunction-sections -fdata-sections)
-  # Only where neither the compiler nor the packager's flags set it, perhaps to a higher level.
+  # _FORTIFY_SOURCE only where nobody has set it, perhaps higher; some compilers do when optimising.
   set(CMAKE_REQUIRED_FLAGS -O2)
   foreach(configuration ${CMAKE_BUILD_TYPE} ${CMAKE_CONFIGURATION_TYPES})
     string(TOUPPER CMAKE_CXX_FLAGS_${configuration} flags)
@@ -36,6 +36,6 @@ else()
     target_link_options(build_flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections)
   endif()
 endif()
-if(GET_QMB_VER_STATIC_RUNTIME AND NOT APPLE) # where the C++ runtime is a part of the system
+if(GET_QMB_VER_STATIC_RUNTIME AND NOT APPLE) # Apple's is a part of the system
   target_link_options(build_flags INTERFACE -static-libstdc++ -static-libgcc)
 endif()

@@ -1,6 +1,7 @@
 # Finds the libraries, or ends the configuration with CMake's own diagnosis and what to install.
 
-# require(NAME FOUND DEBIAN HOMEBREW): ends the configuration unless FOUND is true.
+# require(NAME FOUND DEBIAN HOMEBREW): ends the configuration unless FOUND is true. DEBIAN is what
+# scripts/install-deps does not install unasked, HOMEBREW a package.
 function(require name found debian homebrew)
   if(NOT found)
     message(FATAL_ERROR "${name} was not found.\nOn Debian and Ubuntu: scripts/install-deps ${debian}\n"

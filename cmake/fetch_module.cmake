@@ -5,20 +5,19 @@ set(module_install_folder ${CMAKE_INSTALL_LIBDIR}/get-qmb-ver)
 set(module_full_folder ${CMAKE_INSTALL_FULL_LIBDIR}/get-qmb-ver)
 file(RELATIVE_PATH program_folder ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_BINDIR})
 file(RELATIVE_PATH module_folder ${CMAKE_INSTALL_PREFIX} ${module_full_folder})
-if("${program_folder} ${module_folder}" MATCHES "\\.\\./") # outside the prefix: mirror whole paths
+if("${program_folder} ${module_folder}" MATCHES "\\.\\./") # outside the prefix: repeat the whole paths
   set(program_folder .${CMAKE_INSTALL_FULL_BINDIR})
   set(module_folder .${module_full_folder})
 endif()
 file(RELATIVE_PATH module_from_program
   ${CMAKE_INSTALL_FULL_BINDIR} ${module_full_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX})
 
-# Folders are written as $<1:...>, to which generators for several configurations add none of theirs.
-
-# add_fetch_module(TARGET ROOT SOURCE...): the module, in its place below ROOT, that finds the
-# platform's trust with these sources.
+# add_fetch_module(TARGET ROOT SOURCE...): makes the module in its place below ROOT, with these
+# sources for platform_trust.hpp.
 function(add_fetch_module target root)
   add_library(${target} MODULE ${ARGN})
-  target_link_libraries(${target} PRIVATE exchange)
+  target_link_libraries(${target} PRIVATE fetch_objects)
+  # $<1:...> keeps generators for several configurations from appending a folder such as Release.
   set_target_properties(${target} PROPERTIES
     PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY $<1:${root}/${module_folder}>)
   # One exported symbol, so that the C++ runtimes of program and module never meet.

@@ -1,5 +1,7 @@
 #include "cache/cache_access.hpp"
 
+#include "report.hpp"
+
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <boost/format.hpp>
 #include <boost/interprocess/sync/file_lock.hpp>
@@ -9,13 +11,11 @@
 
 #include <ctime>
 #include <fstream>
-#include <iostream>
 
 // The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
-// file. So a read is locked until its stream closes, and a store is no longer locked while it
-// writes: a reader may then see an empty or half-written file, and an answer that another process
-// stores meanwhile is lost. The order in which the streams below are opened and closed is part of
-// the behaviour.
+// file. So a read is locked until its stream closes, and a store writes without the lock: a reader
+// may then see an empty or half-written file, and an entry that another process stores meanwhile is
+// lost. This is intended: keep the order in which the streams below are opened and closed.
 
 namespace {
 
@@ -24,23 +24,12 @@ using boost::property_tree::ptree;
 using scoped_file_lock = boost::interprocess::scoped_lock<file_lock>;
 
 constexpr long lock_wait_microseconds = 250'000;
+constexpr char const* missing_lock = "Unable to obtain file lock.";
 
 boost::posix_time::ptime lock_deadline()
 {
   return boost::posix_time::microsec_clock::universal_time()
          + boost::posix_time::microseconds{lock_wait_microseconds};
-}
-
-void report_missing_lock(bool debug)
-{
-  if (debug)
-    std::cerr << "Unable to obtain file lock." << std::endl;
-}
-
-void report(std::exception const& error, bool debug)
-{
-  if (debug)
-    std::cerr << error.what() << std::endl;
 }
 
 ptree::path_type key_path(char const* pattern, std::string const& entry_name)
@@ -68,7 +57,7 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
     if (!lock.owns()) {
-      report_missing_lock(debug);
+      report(missing_lock, debug);
       return false;
     }
     ptree content;
@@ -78,15 +67,15 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     timestamp = content.get(timestamp_path(entry_name), 0L);
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
-    return false; // a key that the file lacks is no reason to empty it
+    return false; // not raised by the calls above; a missing key must not empty the file
   } catch (boost::property_tree::ptree_error const& error) {
     // An invalid file would fail every later run: empty it, so that the next store can fill it. The
-    // lock is gone by now: an answer stored since the read is emptied too.
+    // lock is gone by now: an entry stored since the read is lost, too.
     std::ofstream const emptied{file_name};
-    report(error, debug);
+    report(error.what(), debug);
     return false;
   } catch (std::exception const& error) {
-    report(error, debug);
+    report(error.what(), debug);
     return false;
   }
 }
@@ -101,7 +90,7 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
     if (!lock.owns())
-      return report_missing_lock(debug);
+      return report(missing_lock, debug);
     ptree content;
     {
       std::ifstream in{file_name};
@@ -113,6 +102,6 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
     write_ini(out, content);
   } catch (std::exception const& error) {
     // An invalid file is not emptied here: until a read recovers from it, every store fails.
-    report(error, debug);
+    report(error.what(), debug);
   }
 }

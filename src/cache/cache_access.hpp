@@ -10,13 +10,13 @@
 // throughout; a store loses the lock before it writes. Every std::exception is caught; with debug,
 // its message goes to standard error.
 
-// Reads one entry and returns true; what the file lacks of it reads as "" and 0. Returns false and
-// leaves both outputs alone when the file is missing, locked, unreadable or not valid INI; in the
-// last case the file is emptied.
+// Reads one entry and returns true; a missing or invalid key reads as "" or 0. Returns false and
+// leaves both outputs alone when the file is missing, locked, not both readable and writable, or
+// not valid INI; in the last case the file is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
                     std::string& release_text, long& timestamp, bool debug);
 
-// Stores one entry with the current time and keeps all others; creates the file if need be. When
-// this fails the caller is not told. A file that is not valid INI stays as it is.
+// Stores one entry with the current time and keeps all others that it has read; creates the file if
+// need be. When this fails the caller is not told. A file that is not valid INI stays as it is.
 void update_last_known(boost::filesystem::path cache_file, std::string entry_name,
                        std::string const& release_text, bool debug);

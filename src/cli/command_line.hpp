@@ -5,11 +5,11 @@
 #include <string>
 
 // Parses argc and argv (as main got them, bytes unconverted) into the options. home_directory is
-// the default of "ini-dir". A bad command line raises a boost::program_options::error with the
-// library's own message: an unknown option, a missing or unexpected value, a second page target.
+// the default of "ini-dir". A bad command line raises a boost::program_options::error with
+// Boost's own message: an unknown option, a missing or unexpected value, a second page target.
 void parse_command_line(int argc, char* argv[], std::string const& home_directory,
                         options_map& options);
 
-// The usage line and the documented options, one per line, as the help shows them. Errors of the
-// library and the formatting (std::exception) escape.
+// The usage line and the documented options, one per line, as the help shows them. Only
+// std::bad_alloc escapes.
 std::string options_help();

@@ -13,7 +13,7 @@ std::uint64_t hash(std::string const& key)
   constexpr std::uint64_t increment = 0xE6546B64;
   std::uint64_t h = 0;
   for (char const byte : key) {
-    // Bytes from 0x80 up count as negative numbers, on machines whose char is unsigned as well.
+    // Bytes from 0x80 up count as negative numbers, even where char is unsigned.
     auto k = static_cast<std::uint64_t>(std::int64_t{static_cast<std::int8_t>(byte)});
     k *= multiplier;
     k ^= k >> 47;

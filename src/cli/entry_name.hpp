@@ -2,8 +2,8 @@
 
 #include <string>
 
-// The name under which the cache file keeps the answer for a page: "RevisionInfo-" and the
-// upper-case hexadecimal digits of a 64-bit hash of host, "/" and target, bytes as given on the
-// command line. Every run finds its answer by this name, so its value for given bytes never
-// changes. Errors of the formatting (std::exception) escape.
+// The name of a page's entry in the cache file: "RevisionInfo-" and the upper-case hexadecimal
+// digits of a 64-bit hash of host, "/" and target, bytes as given on the command line. Every run
+// finds its entry by this name, so the name for given bytes never changes. Only std::bad_alloc
+// escapes.
 std::string entry_name(std::string const& host, std::string const& target);

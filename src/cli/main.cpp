@@ -22,7 +22,7 @@ int main(int argc, char* argv[])
       std::cerr << "Please provide page target." << std::endl;
       return EXIT_FAILURE;
     }
-    if (!names_settings_directory(options)) {
+    if (options["ini-dir"].as<std::string>().empty()) {
       std::cerr << "Unable to establish path for *.ini file." << std::endl;
       return EXIT_FAILURE;
     }
@@ -30,6 +30,6 @@ int main(int argc, char* argv[])
     std::cerr << "Exception: " << error.what() << std::endl;
     return EXIT_FAILURE;
   }
-  // No handler from here on, on purpose: an exception that escapes run ends the process.
+  // Outside the handler on purpose: an exception that escapes run ends the process.
   return run(options);
 }

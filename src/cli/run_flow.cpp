@@ -32,7 +32,7 @@ int run_from_cache(options_map& options, boost::filesystem::path const& cache_fi
                    std::string const& entry, bool debug)
 {
   std::string release_text;
-  long timestamp = 0;
+  long timestamp = 0; // stale, unless an entry is read
   if (get_last_known(cache_file, entry, release_text, timestamp, debug) && !release_text.empty())
     std::cout << release_text << std::endl;
   if (debug) {

@@ -1,7 +1,5 @@
 #include "cli/settings_directory.hpp"
 
-#include <boost/program_options/variables_map.hpp>
-
 #include <cstdlib>
 
 std::string home_directory()
@@ -12,15 +10,10 @@ std::string home_directory()
     return profile;
   char const* const drive = std::getenv("HOMEDRIVE");
   char const* const path = std::getenv("HOMEPATH");
-  // Version 3 of the library joins "C:" and "/me" to "C:/me"; version 4 would give "/me" alone.
+  // BOOST_FILESYSTEM_VERSION 3 joins "C:" and "/me" to "C:/me"; 4 would give "/me" alone.
   if (drive && path)
     return (boost::filesystem::path{drive} / path).string();
   return {};
-}
-
-bool names_settings_directory(options_map const& options)
-{
-  return !options["ini-dir"].as<std::string>().empty();
 }
 
 boost::filesystem::path cache_file_path(std::string const& settings_directory)

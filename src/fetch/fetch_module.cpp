@@ -9,9 +9,9 @@
 
 decltype(&fetch_over_https) open_fetch_module()
 {
-  // Not every system resolves the link through which the program was called.
+  // On some systems program_location() is the symbolic link through which the program was called.
   auto const program = weakly_canonical(boost::dll::program_location());
-  auto const file = (program.parent_path() / FETCH_MODULE).lexically_normal();
+  auto const file = (program.parent_path() / FETCH_MODULE_FROM_PROGRAM).lexically_normal();
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module)
     throw std::runtime_error{dlerror()};

@@ -2,19 +2,18 @@
 
 #include "fetch/fetch_module.hpp"
 #include "fetch/release_text.hpp"
+#include "report.hpp"
 
 #include <boost/format.hpp>
 #include <boost/program_options/variables_map.hpp>
 #include <boost/random/mersenne_twister.hpp>
 #include <boost/random/uniform_int_distribution.hpp>
 
-#include <iostream>
-
 namespace {
 
 constexpr int largest_query_number = 1000;
 
-// Never seeded, on purpose: every run draws the same numbers.
+// Never seeded, on purpose: every run sends the same number.
 boost::random::mt19937 rangen;
 
 std::string request_target(std::string const& page_target)
@@ -23,20 +22,14 @@ std::string request_target(std::string const& page_target)
   return str(boost::format{"%1%?%2%"} % page_target % query_number(rangen));
 }
 
-void report(std::exception const& error, bool debug)
-{
-  if (debug)
-    std::cerr << error.what() << std::endl;
-}
-
-// The module calls this, and no exception may pass through the module.
+// Called by the module, through which no exception may pass.
 bool read_release_text(void* release_text, char const* body, std::size_t size, bool debug) noexcept
 {
   try {
     *static_cast<std::string*>(release_text) = extract_release_text({body, size}, debug);
     return true;
   } catch (std::exception const& error) {
-    report(error, debug);
+    report(error.what(), debug);
     return false;
   }
 }
@@ -51,12 +44,12 @@ bool get_from_server(options_map& options, std::string& release_text, bool debug
     auto const& port = options["port"].as<std::string>();
     auto const target = request_target(options["target"].as<std::string>());
 
-    // Opened only here: to load OpenSSL would slow down every start.
+    // Opened only here: it loads OpenSSL, which would slow down every start.
     auto const fetch = open_fetch_module();
     return fetch(host.c_str(), port.c_str(), target.c_str(), read_release_text, &release_text,
                  debug);
   } catch (std::exception const& error) {
-    report(error, debug);
+    report(error.what(), debug);
     return false;
   }
 }

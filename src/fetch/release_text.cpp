@@ -1,8 +1,9 @@
 #include "fetch/release_text.hpp"
 
-#include <boost/algorithm/string/erase.hpp>
+#include "report.hpp"
 
-#include <iostream>
+#include <boost/algorithm/string/erase.hpp>
+#include <boost/format.hpp>
 
 namespace {
 
@@ -11,8 +12,7 @@ constexpr std::string_view closing_marker = "-->";
 
 void report_missing(std::string_view marker, bool debug)
 {
-  if (debug)
-    std::cerr << "'" << marker << "' delimiter not found." << std::endl;
+  report(str(boost::format{"'%1%' delimiter not found."} % marker), debug);
 }
 
 } // namespace

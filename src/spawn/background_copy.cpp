@@ -14,14 +14,13 @@
 
 namespace {
 
+// These messages are fixed, misspellings and "(first fork)" included: scripts may look for them.
 bool report_failure(char const* message)
 {
   std::cerr << message << std::endl;
   return false;
 }
 
-// The messages of this file are fixed, misspellings and "(first fork)" included: scripts may look
-// for them.
 bool discard_output()
 {
   int const null = open("/dev/null", O_WRONLY);

@@ -45,7 +45,6 @@ bool verify_certificate_chain(X509_STORE_CTX* store_context)
   int const count = sk_X509_num(chain);
   if (count < 1)
     return false;
-  // Released after the buffer, though nothing depends on it: they keep none of its bytes.
   std::vector<platform_certificate> certificates;
   std::vector<unsigned char> der;
   for (int i = 0; i < count; ++i) {

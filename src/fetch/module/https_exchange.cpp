@@ -1,6 +1,7 @@
 #include "fetch/module/https_exchange.hpp"
 
 #include "fetch/module/certificate_verification.hpp"
+#include "report.hpp"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -14,7 +15,6 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
 
-#include <iostream>
 #include <string>
 
 namespace beast = boost::beast;
@@ -28,15 +28,15 @@ using tls_stream = ssl::stream<beast::tcp_stream>;
 
 constexpr int http_1_0 = 10;
 
+// The host name is not compared with the certificate, on purpose: any server with a trusted
+// certificate is believed.
 ssl::context verifying_context()
 {
   ssl::context context{ssl::context::tlsv12_client};
-  // Set with OpenSSL's own call: Asio's would allocate a wrapper around the function.
+  // Asio's own call takes another kind of callback. The verify mode stays as it is until below.
   SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
                      verify_server_certificates);
   context.set_default_verify_paths();
-  // The host name is not compared with the certificate: whoever holds one of a trusted authority is
-  // believed. Trust means that the chain leads to a trusted root, nothing more.
   context.set_verify_mode(ssl::verify_peer);
   return context;
 }
@@ -53,12 +53,6 @@ http::request<http::empty_body> page_request(std::string const& host, std::strin
   request.set(http::field::host, host);
   request.set(http::field::user_agent, "Boost.Beast/330"); // fixed: not the library's version
   return request;
-}
-
-void report(beast::error_code const& error, bool debug)
-{
-  if (error && debug)
-    std::cerr << error << std::endl;
 }
 
 } // namespace
@@ -82,9 +76,10 @@ bool fetch_over_https(char const* host, char const* port, char const* target,
     http::response<http::dynamic_body> response;
     beast::error_code error;
     http::read(stream, buffer, response, error);
-    report(error, debug);
-    if (error)
+    if (error) {
+      report(error.to_string(), debug);
       return false;
+    }
     auto const body = beast::buffers_to_string(response.body().data());
     if (!read_body(result, body.data(), body.size(), debug))
       return false;
@@ -92,11 +87,11 @@ bool fetch_over_https(char const* host, char const* port, char const* target,
     stream.shutdown(error);
     if (error == net::error::eof)
       error = {}; // The stream ended after the server's own close_notify: a clean end.
-    report(error, debug);
+    if (error)
+      report(error.to_string(), debug);
     return !error;
   } catch (std::exception const& error) {
-    if (debug)
-      std::cerr << error.what() << std::endl;
+    report(error.what(), debug);
     return false;
   }
 }

@@ -3,14 +3,15 @@
 #include <memory>
 #include <span>
 
-// What a platform must offer for a second opinion on a server's certificates. Nothing here throws
-// but std::bad_alloc, and no error of its own is left in OpenSSL's queue.
+// What a platform must offer for a second opinion on a server's certificates, asked when OpenSSL's
+// own trust locations lack the issuer. Both functions throw only std::bad_alloc and leave no error
+// in OpenSSL's queue.
 
 // One certificate as the platform holds it; the deleter releases it, and empty means none.
 using platform_certificate = std::unique_ptr<void, void (*)(void*)>;
 
-// Makes a certificate of its DER encoding (RFC 5280), the form that the store of every platform
-// reads; empty when the platform cannot parse the bytes. The bytes are not kept.
+// Makes a certificate from its DER encoding (RFC 5280); empty when the platform cannot parse the
+// bytes. The bytes are not kept.
 platform_certificate create_platform_certificate(std::span<unsigned char const> der);
 
 // Whether the platform's trusted roots accept the chain for a TLS server at this moment: the

@@ -19,10 +19,11 @@ constexpr std::array bundles{
     "/etc/pki/tls/cacert.pem",
     "/etc/ssl/cert.pem",
 };
+// Searched where no bundle exists: one certificate a file, named by its hash.
 constexpr char const* hashed_directory = "/etc/ssl/certs";
 
-// Keys and signatures of at least 112 bits, as OpenSSL's own verdict wants them on Debian, see
-// SSL_CTX_set_security_level(3). A new context starts at level 0.
+// Keys and signatures of at least 112 bits of security, OpenSSL's own level on Debian, see
+// SSL_CTX_set_security_level(3). A new X509_STORE_CTX asks for none.
 constexpr int authentication_level = 2;
 
 using trust_anchors =
@@ -65,7 +66,7 @@ bool evaluate(std::span<platform_certificate const> chain)
       || !X509_STORE_CTX_set_purpose(context.get(), X509_PURPOSE_SSL_SERVER))
     return false;
   X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), authentication_level);
-  // Every certificate of the bundle is trusted, even one that is not an authority's.
+  // Any certificate of the bundle may end the chain, not only a self-signed root.
   X509_STORE_CTX_set_flags(context.get(), X509_V_FLAG_PARTIAL_CHAIN);
   return X509_verify_cert(context.get()) == 1;
 }
