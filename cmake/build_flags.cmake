@@ -20,11 +20,11 @@ if(GET_QMB_VER_SANITIZE)
 else()
   target_compile_options(build_flags INTERFACE
     -fstack-protector-strong -ffunction-sections -fdata-sections)
-  # _FORTIFY_SOURCE only where nobody has set it, perhaps higher; some compilers do when optimising.
+  # Leaves a _FORTIFY_SOURCE alone that is set, perhaps to more; some compilers do when optimising.
   set(CMAKE_REQUIRED_FLAGS -O2)
   foreach(configuration ${CMAKE_BUILD_TYPE} ${CMAKE_CONFIGURATION_TYPES})
-    string(TOUPPER CMAKE_CXX_FLAGS_${configuration} flags)
-    string(APPEND CMAKE_REQUIRED_FLAGS " ${${flags}}")
+    string(TOUPPER CMAKE_CXX_FLAGS_${configuration} variable)
+    string(APPEND CMAKE_REQUIRED_FLAGS " ${${variable}}")
   endforeach()
   check_cxx_symbol_exists(_FORTIFY_SOURCE "" fortify_source_is_set)
   if(NOT fortify_source_is_set)

@@ -1,10 +1,11 @@
 # Finds the libraries, or ends the configuration with CMake's own diagnosis and what to install.
 
-# require(NAME FOUND DEBIAN HOMEBREW): ends the configuration unless FOUND is true. DEBIAN is what
-# scripts/install-deps does not install unasked, HOMEBREW a package.
+# require(NAME FOUND DEBIAN HOMEBREW): ends the configuration unless FOUND is true. DEBIAN holds
+# arguments for scripts/install-deps, HOMEBREW a package.
 function(require name found debian homebrew)
   if(NOT found)
-    message(FATAL_ERROR "${name} was not found.\nOn Debian and Ubuntu: scripts/install-deps ${debian}\n"
+    message(FATAL_ERROR "${name} was not found.\n"
+                        "On Debian and Ubuntu: scripts/install-deps ${debian}\n"
                         "On macOS: brew install ${homebrew}")
   endif()
 endfunction()

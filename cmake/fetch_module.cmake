@@ -3,11 +3,11 @@
 
 set(module_install_folder ${CMAKE_INSTALL_LIBDIR}/get-qmb-ver)
 set(module_full_folder ${CMAKE_INSTALL_FULL_LIBDIR}/get-qmb-ver)
-file(RELATIVE_PATH program_folder ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_BINDIR})
-file(RELATIVE_PATH module_folder ${CMAKE_INSTALL_PREFIX} ${module_full_folder})
-if("${program_folder} ${module_folder}" MATCHES "\\.\\./") # outside the prefix: repeat the whole paths
-  set(program_folder .${CMAKE_INSTALL_FULL_BINDIR})
-  set(module_folder .${module_full_folder})
+file(RELATIVE_PATH program_below_root ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_BINDIR})
+file(RELATIVE_PATH module_below_root ${CMAKE_INSTALL_PREFIX} ${module_full_folder})
+if("${program_below_root} ${module_below_root}" MATCHES "\\.\\./") # outside the prefix
+  set(program_below_root .${CMAKE_INSTALL_FULL_BINDIR})
+  set(module_below_root .${module_full_folder})
 endif()
 file(RELATIVE_PATH module_from_program
   ${CMAKE_INSTALL_FULL_BINDIR} ${module_full_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX})
@@ -19,7 +19,7 @@ function(add_fetch_module target root)
   target_link_libraries(${target} PRIVATE fetch_objects)
   # $<1:...> keeps generators for several configurations from appending a folder such as Release.
   set_target_properties(${target} PROPERTIES
-    PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY $<1:${root}/${module_folder}>)
+    PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY $<1:${root}/${module_below_root}>)
   # One exported symbol, so that the C++ runtimes of program and module never meet.
   if(APPLE)
     target_link_options(${target} PRIVATE -Wl,-exported_symbol,_fetch_over_https)

@@ -67,9 +67,9 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     timestamp = content.get(timestamp_path(entry_name), 0L);
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
-    return false; // not raised by the calls above; a missing key must not empty the file
+    return false; // never raised above; if it were, the file must not be emptied
   } catch (boost::property_tree::ptree_error const& error) {
-    // An invalid file would fail every later run: empty it, so that the next store can fill it. The
+    // An invalid file would fail every read and store: empty it for the next store to fill. The
     // lock is gone by now: an entry stored since the read is lost, too.
     std::ofstream const emptied{file_name};
     report(error.what(), debug);

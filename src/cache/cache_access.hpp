@@ -10,7 +10,7 @@
 // throughout; a store loses the lock before it writes. Every std::exception is caught; with debug,
 // its message goes to standard error.
 
-// Reads one entry and returns true; a missing or invalid key reads as "" or 0. Returns false and
+// Reads one entry and returns true; a missing or bad value reads as "" or 0. Returns false and
 // leaves both outputs alone when the file is missing, locked, not both readable and writable, or
 // not valid INI; in the last case the file is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,

@@ -4,12 +4,12 @@
 
 #include <ctime>
 
-// Whether a release text stored at timestamp is more than a day old now, both in seconds since the
-// epoch. Exactly a day is fresh, and so is a timestamp in the future.
+// Whether a release text stored at timestamp is more than a day old at the time "now", both in
+// seconds since the epoch. Exactly a day is fresh, and so is a timestamp in the future.
 bool is_stale(std::time_t now, long timestamp);
 
-// The run after the command line is accepted: prints the stored release text and starts a
-// background copy when it is stale or missing, or with "blocking" fetches, prints and stores it
-// now. Returns the exit status: 1 when a background copy was needed and could not be started, else
-// 0. Errors of spawn_blocking escape.
+// The run after the command line is accepted: with "blocking" it fetches, prints and stores
+// a release text, else it prints the stored one and starts a background copy when that is stale or
+// missing. Returns the exit status: 1 when a background copy was needed and could not be started,
+// else 0. Errors of spawn_blocking escape.
 int run(options_map& options);

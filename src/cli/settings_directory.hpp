@@ -9,6 +9,6 @@
 // empty. The bytes are those of environ(7), unchecked. Only std::bad_alloc escapes.
 std::string home_directory();
 
-// The path of the cache file within the settings directory. Nothing is looked up on disk. Only
-// std::bad_alloc escapes.
+// The path of the cache file in the settings directory, which the options call "ini-dir". Nothing
+// is looked up on disk. Only std::bad_alloc escapes.
 boost::filesystem::path cache_file_path(std::string const& settings_directory);

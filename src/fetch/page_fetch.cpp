@@ -23,7 +23,7 @@ std::string request_target(std::string const& page_target)
 }
 
 // Called by the module, through which no exception may pass.
-bool read_release_text(void* release_text, char const* body, std::size_t size, bool debug) noexcept
+bool keep_release_text(void* release_text, char const* body, std::size_t size, bool debug) noexcept
 {
   try {
     *static_cast<std::string*>(release_text) = extract_release_text({body, size}, debug);
@@ -46,7 +46,7 @@ bool get_from_server(options_map& options, std::string& release_text, bool debug
 
     // Opened only here: it loads OpenSSL, which would slow down every start.
     auto const fetch = open_fetch_module();
-    return fetch(host.c_str(), port.c_str(), target.c_str(), read_release_text, &release_text,
+    return fetch(host.c_str(), port.c_str(), target.c_str(), keep_release_text, &release_text,
                  debug);
   } catch (std::exception const& error) {
     report(error.what(), debug);

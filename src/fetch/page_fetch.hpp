@@ -8,7 +8,7 @@
 // (RFC 5246), without any time-out, and extracts its release text. The request target is the page,
 // "?" and a number from 0 to 1000 meant to keep caches from answering. The status code is not
 // looked at. Returns true when the exchange ended cleanly, even if the page has no release text,
-// which is then empty. Returns false on any failure; the text is not empty then if only the TLS
+// which is then empty. Returns false on any failure; the text is still set if only the TLS
 // shutdown failed. Every std::exception is caught; with debug, a line on standard error tells what
 // went wrong.
 bool get_from_server(options_map& options, std::string& release_text, bool debug);

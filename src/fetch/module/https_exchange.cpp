@@ -33,7 +33,8 @@ constexpr int http_1_0 = 10;
 ssl::context verifying_context()
 {
   ssl::context context{ssl::context::tlsv12_client};
-  // Asio's own call takes another kind of callback. The verify mode stays as it is until below.
+  // Asio's own call takes another kind of callback. The verify mode is kept here
+  // and set below.
   SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
                      verify_server_certificates);
   context.set_default_verify_paths();
@@ -58,7 +59,7 @@ http::request<http::empty_body> page_request(std::string const& host, std::strin
 } // namespace
 
 bool fetch_over_https(char const* host, char const* port, char const* target,
-                      body_reader* read_body, void* result, bool debug) noexcept
+                      body_handler* handle_body, void* result, bool debug) noexcept
 {
   try {
     net::io_context io;
@@ -81,7 +82,7 @@ bool fetch_over_https(char const* host, char const* port, char const* target,
       return false;
     }
     auto const body = beast::buffers_to_string(response.body().data());
-    if (!read_body(result, body.data(), body.size(), debug))
+    if (!handle_body(result, body.data(), body.size(), debug))
       return false;
 
     stream.shutdown(error);

@@ -66,7 +66,7 @@ bool evaluate(std::span<platform_certificate const> chain)
       || !X509_STORE_CTX_set_purpose(context.get(), X509_PURPOSE_SSL_SERVER))
     return false;
   X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), authentication_level);
-  // Any certificate of the bundle may end the chain, not only a self-signed root.
+  // Any trust anchor may end the chain, not only a self-signed root.
   X509_STORE_CTX_set_flags(context.get(), X509_V_FLAG_PARTIAL_CHAIN);
   return X509_verify_cert(context.get()) == 1;
 }

@@ -16,7 +16,7 @@ using owned = std::unique_ptr<std::remove_pointer_t<Reference>,
 
 platform_certificate create_platform_certificate(std::span<unsigned char const> der)
 {
-  // Borrows the caller's bytes, only while the certificate is made of them.
+  // Borrows the caller's bytes, only to make the certificate.
   owned<CFDataRef> const data{CFDataCreateWithBytesNoCopy(
       nullptr, der.data(), static_cast<CFIndex>(der.size()), kCFAllocatorNull)};
   return {data ? SecCertificateCreateWithData(nullptr, data.get()) : nullptr,
