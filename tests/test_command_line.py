@@ -1,45 +1,57 @@
-from harness import ProgramTest
+import re
+
+from pytest import mark, param
+
+from conftest import Result
 
 
-class CommandLine(ProgramTest):
-    def test_a_bad_command_line_is_told_in_one_line(self):
-        for arguments, errors in [
-                (["--ini-dir", ""], r"Please provide page target\."),
-                (["--ini-dir", "", "p"], r"Unable to establish path for \*\.ini file\."),
-                (["--ini-dir=", "p"], r"Exception: the argument for option '--ini-dir' .+"),
-                (["--blocking=1"], "Exception: option '--blocking' does not take any arguments"),
-                (["--nonsense", "p"], "Exception: unrecognised option '--nonsense'"),
-                (["a", "b"], "Exception: too many positional options .+")]:
-            with self.subTest(arguments=arguments):
-                result = self.run_program(*arguments)
-                self.assertEqual(result[:2], (1, ""))
-                self.assertRegex(result[2], rf"\A{errors}\n\Z")
+@mark.parametrize("arguments, message", [
+    param(["--ini-dir", ""], "Please provide page target.", id="no page"),
+    param(["--ini-dir", "", "p"], "Unable to establish path for *.ini file.", id="no directory"),
+    param(["--ini-dir=", "p"], "Exception: the argument for option '--ini-dir' ", id="no value"),
+    param(["--nonsense", "p"], "Exception: unrecognised option '--nonsense'", id="unknown option"),
+    param(["a", "b"], "Exception: too many positional options ", id="two pages"),
+])
+def test_a_wrong_command_line_is_told_in_one_line(tool, arguments, message):
+    result = tool.run(*arguments)
+    assert result == Result(status=1, output="", errors=result.errors)
+    assert result.errors.startswith(message)
+    assert result.errors.count("\n") == 1
 
-    def test_help_needs_nothing_else(self):
-        status, output, errors = self.run_program("--help", "--blocking", "p", env={})
-        self.assertEqual((status, errors), (0, ""))
-        self.assertRegex(
-            output,
-            r"\AQMB Version Getter 1\.0\.0-7.* \(\d{4}-[A-Z][a-z]{2}-\d\d \d\d:\d\d:\d\d\)\.\n"
-            r"get-qmb-ver <options> <page target>\noptions:\n  --help +produce help message\n"
-            r"  --host arg \(=\S+\) +host URL\n  --port arg \(=443\) +port number\n"
-            r"  --blocking +block until server response\n\n\Z")
 
-    def test_the_settings_directory_comes_from_option_or_environment(self):
-        for environment, arguments, directory in [
-                ({"HOME": "/h"}, ["--ini-dir", "x y"], "x y/"),
-                ({"HOME": "", "USERPROFILE": "/u"}, [], None),
-                ({"USERPROFILE": "/u/", "HOMEDRIVE": "C:", "HOMEPATH": "/me"}, [], "/u/"),
-                ({"USERPROFILE": "", "HOMEDRIVE": "C:", "HOMEPATH": "/me"}, [], None),
-                ({"HOMEDRIVE": "C:", "HOMEPATH": r"\Users\me"}, [], r"C:/\Users\me/"),
-                ({"HOMEDRIVE": "C:", "HOMEPATH": "/me"}, [], "C:/me/"),
-                ({"HOMEDRIVE": "C:"}, [], None),
-                ({"HOMEPATH": "/me"}, [], None)]:
-            with self.subTest(environment=environment, arguments=arguments):
-                # An empty host is refused before anything is sent.
-                _, output, errors = self.run_program("--host", "", "--debug", "--blocking", "a",
-                                                     *arguments, env=environment)
-                if directory:
-                    self.assertIn(f"ini file: {directory}.qvd_qmb_properties.ini\n", output)
-                else:
-                    self.assertEqual(errors, "Unable to establish path for *.ini file.\n")
+def test_help_needs_nothing_else(tool):
+    result = tool.run("--help", env={})
+    assert result == Result(status=0, output=result.output, errors="")
+    assert re.fullmatch(r"""QMB Version Getter .* \(\d{4}-[A-Z][a-z]{2}-\d\d \d\d:\d\d:\d\d\)\.
+get-qmb-ver <options> <page target>
+options:
+  --help +produce help message
+  --host arg \(=\S+\) +host URL
+  --port arg \(=443\) +port number
+  --blocking +block until server response
+
+""", result.output)
+
+
+def test_an_option_may_be_abbreviated(tool):
+    # A failure is told without the names of source files, which are those of the build machine.
+    result = tool.run_page("--block", "--debug")
+    assert re.fullmatch(r"connect: Connection refused \[system:\d+\]\n", result.errors)
+
+
+@mark.parametrize("variables, arguments, directory", [
+    param("HOME=/h", ["--ini-dir", "x y"], "x y/", id="the option wins"),
+    param("HOME= USERPROFILE=/u", [], None, id="HOME wins, even when it is empty"),
+    param("USERPROFILE=/u/ HOMEDRIVE=C: HOMEPATH=/me", [], "/u/", id="USERPROFILE comes second"),
+    param(r"HOMEDRIVE=C: HOMEPATH=\Users\me", [], r"C:/\Users\me/", id="drive and path are joined"),
+    param("HOMEDRIVE=C: HOMEPATH=/me", [], "C:/me/", id="by one slash"),
+    param("HOMEDRIVE=C:", [], None, id="a drive alone is none"),
+])
+def test_the_settings_directory(tool, variables, arguments, directory):
+    environment = dict(variable.split("=") for variable in variables.split())
+    # An empty host is refused before anything is sent.
+    result = tool.run("--host", "", "--debug", "--blocking", "p", *arguments, env=environment)
+    if directory:
+        assert f"ini file: {directory}.qvd_qmb_properties.ini\n" in result.output
+    else:
+        assert result.errors == "Unable to establish path for *.ini file.\n"
