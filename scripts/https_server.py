@@ -1,7 +1,7 @@
 """Throwaway certificates and a small HTTPS server on a free loopback port, for tests and demo.
 
 Run as a program, with a folder and if need be a port, it makes an authority in the folder,
-FOLDER/root.pem, prints its port and serves a page with a release block until it is ended.
+FOLDER/root.pem, prints its port and serves /downloads/page, with a release block, until it is ended.
 """
 import contextlib
 import pathlib
@@ -12,6 +12,7 @@ import sys
 import threading
 
 PAGE = b"<html><body>\n<!--ReleaseInfo\r\n4.7.2 (2022-06-30)\r\n-->\n</body></html>\n"
+NOT_FOUND = b"HTTP/1.0 404 Not Found\r\n\r\n"
 OPENSSL_SETTINGS = """
 [req]
 distinguished_name = dn
@@ -62,14 +63,16 @@ def make_certificate(folder, name, issuer=None, kind="server", key="ec:P-256", d
 
 
 class Server:
-    """Answers every request with `response` and notes the requests as they came; port 0 is any.
+    """Answers every request, or those for `path`, with `response` and notes them as they came.
 
-    It sends the certificates that are named, its own first, out of those made in the folder.
+    It sends the certificates that are named, its own first, out of those made in the folder. Port 0
+    is any.
     """
 
     def __init__(self, folder, certificates, response=http_response(PAGE),
-                 version=ssl.TLSVersion.TLSv1_2, close_notify=True, port=0):
+                 version=ssl.TLSVersion.TLSv1_2, close_notify=True, port=0, path=""):
         self.response = response
+        self.path = path
         self.close_notify = close_notify
         self.requests = []
         self.requested = threading.Event()  # a request is noted
@@ -109,7 +112,9 @@ class Server:
         self.requests.append(request)
         self.requested.set()
         self.may_answer.wait()
-        stream.sendall(self.response)
+        wanted = f"GET {self.path}?".encode(), f"GET {self.path} ".encode()
+        found = not self.path or request.startswith(wanted)
+        stream.sendall(self.response if found else NOT_FOUND)
         if self.close_notify:
             stream.unwrap()  # a bare end of the connection would be a truncated stream
         else:
@@ -133,7 +138,7 @@ def main(folder, port=0):
     pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
     make_certificate(folder, "root", kind="authority")
     make_certificate(folder, "localhost", issuer="root")
-    server = Server(folder, ["localhost", "root"], port=int(port))
+    server = Server(folder, ["localhost", "root"], port=int(port), path="/downloads/page")
     print(server.port, flush=True)
     server.serve()
 
