@@ -87,7 +87,7 @@ def test_every_request_is_the_same_to_the_byte(tool, serve):
     param(b"HTTP/1.0 200 OK\r\nX:" + b"x" * 8000 + b"\r\n\r\n" + BLOCK, "9\n", "",
           id="a header of 8,000 bytes"),
     param(http_response(bytes(8_000_000) + BLOCK), "9\n", "", id="a body of 8,000,000 bytes"),
-    param(http_response(b"<!--ReleaseInfo 1\n\r2\0\t\r\n-->" + BLOCK), " 12\0\t\n", "",
+    param(http_response(b"<!--ReleaseInfo\r\n 1\n\r2\0\t-->" + BLOCK), " 12\0\t\n", "",
           id="the first block, all but its line ends"),
     param(http_response(b"<!--ReleaseInfo\r\n-->" + BLOCK), "", "", id="an empty block is none"),
     param(http_response(b""), "", "'<!--ReleaseInfo' delimiter not found.\n", id="no block"),
