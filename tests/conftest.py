@@ -14,16 +14,16 @@ import pytest
 from https_server import EXPIRED, Server, make_certificate
 
 PROGRAM = pathlib.Path(os.environ["GET_QMB_VER"]).resolve()
-PAGE = "/é 28?a"  # has bytes above 0x7F, and its hash begins with a zero, which the name drops
-ENTRY = "RevisionInfo-54570B26F023BDA"  # of localhost and PAGE
+PAGE = "/é 28?a"  # has bytes above 0x7F; its hash has a leading zero, which ENTRY drops
+ENTRY = "RevisionInfo-54570B26F023BDA"  # of localhost and PAGE, whatever the port
 RELEASE = "4.7.2 (2022-06-30)\n"  # what the page of a server announces
-UNUSED_PORT = "1"
+UNUSED_PORT = "1"  # nobody listens there, so a fetch fails at once
 PR_SET_CHILD_SUBREAPER = 36  # see prctl(2)
 Result = collections.namedtuple("Result", "status output errors")
 
 
 class Tool:
-    """The program with a home directory of its own, which trusts the server "self-signed"."""
+    """The program, which trusts the server "self-signed", with a home directory of its own."""
 
     def __init__(self, home, certificates):
         self.home = pathlib.Path(home).resolve()
@@ -53,14 +53,14 @@ def result_of(run):
 
 @pytest.fixture(scope="session")
 def certificates(tmp_path_factory):
-    """A folder of authorities, of servers that they vouch for, and of one that nobody vouches for."""
+    """A folder with authorities, servers of theirs and a self-signed server."""
     folder = tmp_path_factory.mktemp("certificates")
     make_certificate(folder, "self-signed")
-    for kind, options in {"": {}, "old-": {"validity": EXPIRED}, "weak-": {"key": "rsa:1024"},
+    for prefix, options in {"": {}, "old-": {"validity": EXPIRED}, "weak-": {"key": "rsa:1024"},
                           "rsa-": {"key": "rsa:2048"}}.items():
-        make_certificate(folder, f"{kind}root", kind="authority", **options)
-        make_certificate(folder, f"{kind}issuer", f"{kind}root", kind="authority")
-        make_certificate(folder, f"{kind}server", f"{kind}issuer")
+        make_certificate(folder, f"{prefix}root", kind="authority", **options)
+        make_certificate(folder, f"{prefix}issuer", f"{prefix}root", kind="authority")
+        make_certificate(folder, f"{prefix}server", f"{prefix}issuer")
     make_certificate(folder, "expired-server", "issuer", validity=EXPIRED)
     return folder
 
@@ -85,7 +85,7 @@ def serve(certificates):
 
 @pytest.fixture
 def copies():
-    """Makes background copies children of the test, and ends those that it leaves running."""
+    """Makes background copies children of the test and ends those that it leaves; Linux only."""
     if sys.platform != "linux":
         pytest.skip("needs prctl and /proc of Linux")
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)

@@ -2,26 +2,24 @@ import re
 
 from pytest import mark, param
 
-from conftest import Result
-
 
 @mark.parametrize("arguments, message", [
-    param(["--ini-dir", ""], "Please provide page target.", id="no page"),
-    param(["--ini-dir", "", "p"], "Unable to establish path for *.ini file.", id="no directory"),
-    param(["--ini-dir=", "p"], "Exception: the argument for option '--ini-dir' ", id="no value"),
+    param(["--ini-dir", ""], "Please provide page target.", id="no page, told first"),
+    param(["--ini-dir", "", "p"], "Unable to establish path for *.ini file.", id="empty --ini-dir"),
+    param(["--ini-dir=", "p"], "Exception: the argument for option '--ini-dir' ", id="--ini-dir="),
     param(["--nonsense", "p"], "Exception: unrecognised option '--nonsense'", id="unknown option"),
     param(["a", "b"], "Exception: too many positional options ", id="two pages"),
 ])
 def test_a_wrong_command_line_is_told_in_one_line(tool, arguments, message):
     result = tool.run(*arguments)
-    assert result == Result(status=1, output="", errors=result.errors)
+    assert (result.status, result.output) == (1, "")
     assert result.errors.startswith(message)
     assert result.errors.count("\n") == 1
 
 
 def test_help_needs_nothing_else(tool):
     result = tool.run("--help", env={})
-    assert result == Result(status=0, output=result.output, errors="")
+    assert (result.status, result.errors) == (0, "")
     assert re.fullmatch(r"""QMB Version Getter .* \(\d{4}-[A-Z][a-z]{2}-\d\d \d\d:\d\d:\d\d\)\.
 get-qmb-ver <options> <page target>
 options:
@@ -33,23 +31,24 @@ options:
 """, result.output)
 
 
-def test_an_option_may_be_abbreviated(tool):
-    # A failure is told without the names of source files, which are those of the build machine.
+def test_an_option_may_be_abbreviated_and_a_failure_names_no_source_file(tool):
     result = tool.run_page("--block", "--debug")
     assert re.fullmatch(r"connect: Connection refused \[system:\d+\]\n", result.errors)
 
 
 @mark.parametrize("variables, arguments, directory", [
     param("HOME=/h", ["--ini-dir", "x y"], "x y/", id="the option wins"),
-    param("HOME= USERPROFILE=/u", [], None, id="HOME wins, even when it is empty"),
+    param("HOME= USERPROFILE=/u", [], None, id="an empty HOME hides USERPROFILE"),
     param("USERPROFILE=/u/ HOMEDRIVE=C: HOMEPATH=/me", [], "/u/", id="USERPROFILE comes second"),
-    param(r"HOMEDRIVE=C: HOMEPATH=\Users\me", [], r"C:/\Users\me/", id="drive and path are joined"),
-    param("HOMEDRIVE=C: HOMEPATH=/me", [], "C:/me/", id="by one slash"),
-    param("HOMEDRIVE=C:", [], None, id="a drive alone is none"),
+    param(r"HOMEDRIVE=C: HOMEPATH=\Users\me", [], r"C:/\Users\me/", id="a slash after C:"),
+    param("HOMEDRIVE=C: HOMEPATH=/me", [], "C:/me/", id="no second slash after C:"),
+    param("USERPROFILE= HOMEDRIVE=C: HOMEPATH=/m", [], None, id="an empty USERPROFILE hides both"),
+    param("HOMEPATH=/me", [], None, id="HOMEPATH alone is no directory"),
+    param("HOMEDRIVE=C:", [], None, id="HOMEDRIVE alone is no directory"),
 ])
 def test_the_settings_directory(tool, variables, arguments, directory):
     environment = dict(variable.split("=") for variable in variables.split())
-    # An empty host is refused before anything is sent.
+    # An empty host is refused before anything is sent, and --blocking starts no copy.
     result = tool.run("--host", "", "--debug", "--blocking", "p", *arguments, env=environment)
     if directory:
         assert f"ini file: {directory}.qvd_qmb_properties.ini\n" in result.output

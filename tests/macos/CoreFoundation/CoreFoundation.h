@@ -48,7 +48,7 @@ inline CFArrayRef CFArrayCreate(void*, void const** values, CFIndex count, void*
 
 inline SecPolicyRef SecPolicyCreateSSL(bool, void*)
 {
-  return make("policy", {});
+  return new object{};
 }
 
 inline int SecTrustCreateWithCertificates(CFArrayRef array, SecPolicyRef, SecTrustRef* trust)
