@@ -3,7 +3,7 @@
 #include "cache/cache_access.hpp"
 #include "cli/entry_name.hpp"
 #include "cli/settings_directory.hpp"
-#include "fetch/page_fetch.hpp"
+#include "fetch/server_access.hpp"
 #include "spawn/background_copy.hpp"
 
 #include <boost/program_options/variables_map.hpp>

@@ -1,6 +1,6 @@
-#include "fetch/page_fetch.hpp"
+#include "fetch/server_access.hpp"
 
-#include "fetch/fetch_module.hpp"
+#include "fetch/module_loader.hpp"
 #include "fetch/release_text.hpp"
 #include "report.hpp"
 
@@ -45,7 +45,7 @@ bool get_from_server(options_map& options, std::string& release_text, bool debug
     auto const target = request_target(options["target"].as<std::string>());
 
     // Opened only here: it loads OpenSSL, which would slow down every start.
-    auto const fetch = open_fetch_module();
+    auto const fetch = open_module();
     return fetch(host.c_str(), port.c_str(), target.c_str(), keep_release_text, &release_text,
                  debug);
   } catch (std::exception const& error) {

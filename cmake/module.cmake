@@ -12,11 +12,11 @@ endif()
 file(RELATIVE_PATH module_from_program
   ${CMAKE_INSTALL_FULL_BINDIR} ${module_full_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX})
 
-# add_fetch_module(TARGET ROOT SOURCE...): makes the module in its place below ROOT, with these
+# add_module(TARGET ROOT SOURCE...): makes the module in its place below ROOT, with these
 # sources for platform_trust.hpp.
-function(add_fetch_module target root)
+function(add_module target root)
   add_library(${target} MODULE ${ARGN})
-  target_link_libraries(${target} PRIVATE fetch_objects)
+  target_link_libraries(${target} PRIVATE get-qmb-ver-module-objects)
   # $<1:...> keeps generators for several configurations from appending a folder such as Release.
   set_target_properties(${target} PROPERTIES
     PREFIX "" OUTPUT_NAME fetch LIBRARY_OUTPUT_DIRECTORY $<1:${root}/${module_below_root}>)

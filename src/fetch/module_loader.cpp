@@ -1,4 +1,4 @@
-#include "fetch/fetch_module.hpp"
+#include "fetch/module_loader.hpp"
 
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -7,11 +7,11 @@
 
 #include <stdexcept>
 
-decltype(&fetch_over_https) open_fetch_module()
+decltype(&fetch_over_https) open_module()
 {
   // On some systems program_location() is the symbolic link through which the program was called.
   auto const program = weakly_canonical(boost::dll::program_location());
-  auto const file = (program.parent_path() / FETCH_MODULE_FROM_PROGRAM).lexically_normal();
+  auto const file = (program.parent_path() / MODULE_FROM_PROGRAM).lexically_normal();
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module)
     throw std::runtime_error{dlerror()};
