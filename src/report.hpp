@@ -3,7 +3,8 @@
 #include <iostream>
 #include <string_view>
 
-// Writes the line to standard error when debug is set; else does nothing.
+// With debug, writes what went wrong as a line to standard error. What a run works on is shown on
+// standard output instead, by run_flow.cpp: it belongs to the answer that stands there.
 inline void report(std::string_view line, bool debug)
 {
   if (debug)

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <stdlib.h>
+
 #include <climits>
-#include <cstdlib>
+#include <string>
 
 TEST(Banner, ShowsTheBuildTimeShiftedByTheZoneOfTheMachine)
 {

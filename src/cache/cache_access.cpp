@@ -10,6 +10,7 @@
 #include <boost/property_tree/ptree.hpp>
 
 #include <ctime>
+#include <exception>
 #include <fstream>
 
 // The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
@@ -25,6 +26,8 @@ using scoped_file_lock = boost::interprocess::scoped_lock<file_lock>;
 
 constexpr long lock_wait_microseconds = 250'000;
 constexpr char const* missing_lock = "Unable to obtain file lock.";
+constexpr char const* info_key = "%1%.info";
+constexpr char const* timestamp_key = "%1%.timestamp";
 
 boost::posix_time::ptime lock_deadline()
 {
@@ -32,19 +35,9 @@ boost::posix_time::ptime lock_deadline()
          + boost::posix_time::microseconds{lock_wait_microseconds};
 }
 
-ptree::path_type key_path(char const* pattern, std::string const& entry_name)
+ptree::path_type path_of(char const* key, std::string const& entry_name)
 {
-  return {str(boost::format{pattern} % entry_name), '.'};
-}
-
-ptree::path_type info_path(std::string const& entry_name)
-{
-  return key_path("%1%.info", entry_name);
-}
-
-ptree::path_type timestamp_path(std::string const& entry_name)
-{
-  return key_path("%1%.timestamp", entry_name);
+  return {str(boost::format{key} % entry_name), '.'};
 }
 
 } // namespace
@@ -63,11 +56,11 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     ptree content;
     std::ifstream in{file_name};
     read_ini(in, content);
-    release_text = content.get(info_path(entry_name), std::string{});
-    timestamp = content.get(timestamp_path(entry_name), 0L);
+    release_text = content.get(path_of(info_key, entry_name), std::string{});
+    timestamp = content.get(path_of(timestamp_key, entry_name), 0L);
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
-    return false; // never raised above; if it were, the file must not be emptied
+    return false; // cannot occur, as both keys have a default; no reason to empty the file
   } catch (boost::property_tree::ptree_error const& error) {
     // An invalid file would fail every read and store: empty it for the next store to fill. The
     // lock is gone by now: an entry stored since the read is lost, too.
@@ -92,12 +85,11 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
     if (!lock.owns())
       return report(missing_lock, debug);
     ptree content;
-    {
-      std::ifstream in{file_name};
-      read_ini(in, content);
-    } // the lock has lapsed here
-    content.put(info_path(entry_name), release_text);
-    content.put(timestamp_path(entry_name), std::time(nullptr));
+    std::ifstream in{file_name};
+    read_ini(in, content);
+    in.close(); // the lock has lapsed here
+    content.put(path_of(info_key, entry_name), release_text);
+    content.put(path_of(timestamp_key, entry_name), std::time(nullptr));
     std::ofstream out{file_name};
     write_ini(out, content);
   } catch (std::exception const& error) {

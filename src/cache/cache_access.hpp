@@ -8,15 +8,16 @@
 // text) and "timestamp" (seconds since the epoch). Both functions take an exclusive record lock on
 // the file itself, see fcntl(2), and give up after waiting 250 ms for it. A read is locked
 // throughout; a store loses the lock before it writes. Every std::exception is caught; with debug,
-// its message goes to standard error.
+// a line on standard error tells why.
 
 // Reads one entry and returns true; a missing or bad value reads as "" or 0. Returns false and
-// leaves both outputs alone when the file is missing, locked, not both readable and writable, or
-// not valid INI; in the last case the file is emptied.
+// leaves both outputs alone when the file is missing, locked or cannot be opened, and when reading
+// it fails or it is not valid INI, for which it is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
                     std::string& release_text, long& timestamp, bool debug);
 
 // Stores one entry with the current time and keeps all others that it has read; creates the file if
-// need be. When this fails the caller is not told. A file that is not valid INI stays as it is.
+// need be. When this fails the caller is not told. A file that cannot be read stays as it is, one
+// that cannot be written may be cut short.
 void update_last_known(boost::filesystem::path cache_file, std::string entry_name,
                        std::string const& release_text, bool debug);

@@ -23,7 +23,9 @@ po::options_description visible_options()
   return visible;
 }
 
-po::options_description hidden_options(std::string const& home_directory)
+} // namespace
+
+options_map parse_command_line(int argc, char* argv[], std::string const& home_directory)
 {
   po::options_description hidden;
   hidden.add_options()
@@ -32,20 +34,14 @@ po::options_description hidden_options(std::string const& home_directory)
       ("target", po::value<std::string>())
       ("debug", po::bool_switch());
   // clang-format on
-  return hidden;
-}
-
-} // namespace
-
-void parse_command_line(int argc, char* argv[], std::string const& home_directory,
-                        options_map& options)
-{
   po::options_description all;
-  all.add(visible_options()).add(hidden_options(home_directory));
+  all.add(visible_options()).add(hidden);
   po::positional_options_description positional;
   positional.add("target", 1);
+  options_map options;
   store(po::command_line_parser(argc, argv).options(all).positional(positional).run(), options);
   notify(options);
+  return options;
 }
 
 std::string options_help()

@@ -4,6 +4,5 @@
 
 // The name of a page's entry in the cache file: "RevisionInfo-" and the upper-case hexadecimal
 // digits of a 64-bit hash of host, "/" and target, bytes as given on the command line. Every run
-// finds its entry by this name, so the name for given bytes never changes. Only std::bad_alloc
-// escapes.
+// finds its entry by this name, so the name for given bytes never changes.
 std::string entry_name(std::string const& host, std::string const& target);

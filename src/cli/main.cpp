@@ -6,13 +6,15 @@
 #include <boost/program_options/variables_map.hpp>
 
 #include <cstdlib>
+#include <exception>
 #include <iostream>
+#include <string>
 
 int main(int argc, char* argv[])
 {
   options_map options;
   try {
-    parse_command_line(argc, argv, home_directory(), options);
+    options = parse_command_line(argc, argv, home_directory());
     if (options.count("help")) {
       std::cout << banner(cvt_DATE_TIME(__DATE__, __TIME__)) << std::endl;
       std::cout << options_help() << std::endl;
@@ -30,6 +32,7 @@ int main(int argc, char* argv[])
     std::cerr << "Exception: " << error.what() << std::endl;
     return EXIT_FAILURE;
   }
-  // Outside the handler on purpose: an exception that escapes run ends the process.
+  // Outside the handler on purpose: "Exception: " tells of a wrong command line alone, and an
+  // exception that escapes run ends the process by a signal.
   return run(options);
 }

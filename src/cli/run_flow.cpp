@@ -16,7 +16,7 @@ namespace {
 
 constexpr long double staleness_limit_seconds = 86400.0L;
 
-int run_blocking(options_map& options, boost::filesystem::path const& cache_file,
+int run_blocking(options_map const& options, boost::filesystem::path const& cache_file,
                  std::string const& entry, bool debug)
 {
   std::string release_text;
@@ -28,7 +28,7 @@ int run_blocking(options_map& options, boost::filesystem::path const& cache_file
   return EXIT_SUCCESS;
 }
 
-int run_from_cache(options_map& options, boost::filesystem::path const& cache_file,
+int run_from_cache(options_map const& options, boost::filesystem::path const& cache_file,
                    std::string const& entry, bool debug)
 {
   std::string release_text;
@@ -39,9 +39,8 @@ int run_from_cache(options_map& options, boost::filesystem::path const& cache_fi
     std::cout << "Timestamp: " << timestamp << std::endl;
     std::cout << "Now:       " << std::time(nullptr) << std::endl;
   }
-  if (is_stale(std::time(nullptr), timestamp))
-    return spawn_blocking(options) ? EXIT_SUCCESS : EXIT_FAILURE;
-  return EXIT_SUCCESS;
+  bool const done = !is_stale(std::time(nullptr), timestamp) || spawn_blocking(options);
+  return done ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace
@@ -53,7 +52,7 @@ bool is_stale(std::time_t now, long timestamp)
          > static_cast<long double>(timestamp) + staleness_limit_seconds;
 }
 
-int run(options_map& options)
+int run(options_map const& options)
 {
   auto const cache_file = cache_file_path(options["ini-dir"].as<std::string>());
   auto const entry =

@@ -6,9 +6,8 @@
 
 // The home directory by the environment: HOME, else USERPROFILE, else HOMEDRIVE joined with
 // HOMEPATH when both are set, else the empty text. A variable that is set counts even when it is
-// empty. The bytes are those of environ(7), unchecked. Only std::bad_alloc escapes.
+// empty. The bytes are those of environ(7), unchecked.
 std::string home_directory();
 
-// The path of the cache file in the settings directory, which the options call "ini-dir". Nothing
-// is looked up on disk. Only std::bad_alloc escapes.
+// The path of the cache file in the settings directory. Nothing is looked up on disk.
 boost::filesystem::path cache_file_path(std::string const& settings_directory);

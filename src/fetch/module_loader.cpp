@@ -7,7 +7,7 @@
 
 #include <stdexcept>
 
-decltype(&fetch_over_https) open_module()
+fetch_function* open_module()
 {
   // On some systems program_location() is the symbolic link through which the program was called.
   auto const program = weakly_canonical(boost::dll::program_location());
@@ -18,5 +18,5 @@ decltype(&fetch_over_https) open_module()
   void* const function = dlsym(module, "fetch_over_https");
   if (!function)
     throw std::runtime_error{dlerror()};
-  return reinterpret_cast<decltype(&fetch_over_https)>(function);
+  return reinterpret_cast<fetch_function*>(function);
 }

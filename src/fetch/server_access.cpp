@@ -9,6 +9,9 @@
 #include <boost/random/mersenne_twister.hpp>
 #include <boost/random/uniform_int_distribution.hpp>
 
+#include <cstddef>
+#include <exception>
+
 namespace {
 
 constexpr int largest_query_number = 1000;
@@ -36,18 +39,17 @@ bool keep_release_text(void* release_text, char const* body, std::size_t size, b
 
 } // namespace
 
-bool get_from_server(options_map& options, std::string& release_text, bool debug)
+bool get_from_server(options_map const& options, std::string& release_text, bool debug)
 {
   release_text = "";
   try {
     auto const& host = options["host"].as<std::string>();
     auto const& port = options["port"].as<std::string>();
-    auto const target = request_target(options["target"].as<std::string>());
+    auto const sent = request_target(options["target"].as<std::string>());
 
     // Opened only here: it loads OpenSSL, which would slow down every start.
     auto const fetch = open_module();
-    return fetch(host.c_str(), port.c_str(), target.c_str(), keep_release_text, &release_text,
-                 debug);
+    return fetch(host.c_str(), port.c_str(), sent.c_str(), keep_release_text, &release_text, debug);
   } catch (std::exception const& error) {
     report(error.what(), debug);
     return false;

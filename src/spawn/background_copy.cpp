@@ -32,14 +32,14 @@ bool discard_output()
   return true;
 }
 
-std::string argument(char const* pattern, options_map& options, char const* name)
+std::string argument(char const* pattern, options_map const& options, char const* name)
 {
   return str(boost::format{pattern} % options[name].as<std::string>());
 }
 
 } // namespace
 
-bool spawn_blocking(options_map& options)
+bool spawn_blocking(options_map const& options)
 {
   pid_t const child = fork();
   if (child < 0)

@@ -3,7 +3,9 @@
 #include "fetch/module/platform_trust.hpp"
 
 #include <openssl/x509.h>
+#include <openssl/x509_vfy.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace {

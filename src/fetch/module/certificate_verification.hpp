@@ -9,6 +9,5 @@
 extern "C" int verify_server_certificates(int preverified, X509_STORE_CTX* store_context) noexcept;
 
 // Whether the platform's trust store accepts the chain that OpenSSL has built so far, the server's
-// own certificate first. False as well when the chain is empty or a certificate cannot be encoded
-// or is not understood by the platform. Only std::bad_alloc escapes.
+// own certificate first. False, too, when that is empty or holds what the platform cannot parse.
 bool verify_certificate_chain(X509_STORE_CTX* store_context);

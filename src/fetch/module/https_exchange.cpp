@@ -5,16 +5,14 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/ssl/context.hpp>
-#include <boost/asio/ssl/stream.hpp>
-#include <boost/beast/core/buffers_to_string.hpp>
-#include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/core/tcp_stream.hpp>
-#include <boost/beast/http/dynamic_body.hpp>
-#include <boost/beast/http/empty_body.hpp>
-#include <boost/beast/http/read.hpp>
-#include <boost/beast/http/write.hpp>
+#include <boost/asio/ssl.hpp>
+#include <boost/beast/core.hpp>
+#include <boost/beast/http.hpp>
+#include <openssl/crypto.h>
+#include <openssl/err.h>
+#include <openssl/ssl.h>
 
+#include <exception>
 #include <string>
 
 namespace beast = boost::beast;
@@ -24,8 +22,6 @@ namespace ssl = net::ssl;
 
 namespace {
 
-using tls_stream = ssl::stream<beast::tcp_stream>;
-
 constexpr int http_1_0 = 10;
 
 // The host name is not compared with the certificate, on purpose: any server with a trusted
@@ -34,8 +30,7 @@ ssl::context verifying_context()
 {
   OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr); // to clean up at exit takes 3% of a run
   ssl::context context{ssl::context::tlsv12_client};
-  // Asio's own call takes another kind of callback. The verify mode is kept here
-  // and set below.
+  // Asio's own call takes another kind of callback. The verify mode stays until it is set below.
   SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
                      verify_server_certificates);
   context.set_default_verify_paths();
@@ -43,15 +38,10 @@ ssl::context verifying_context()
   return context;
 }
 
-void set_server_name(tls_stream& stream, std::string const& host)
+http::request<http::empty_body> page_request(std::string const& host,
+                                             std::string const& request_target)
 {
-  if (!SSL_set_tlsext_host_name(stream.native_handle(), host.c_str()))
-    throw beast::system_error{{static_cast<int>(ERR_get_error()), net::error::get_ssl_category()}};
-}
-
-http::request<http::empty_body> page_request(std::string const& host, std::string const& target)
-{
-  http::request<http::empty_body> request{http::verb::get, target, http_1_0};
+  http::request<http::empty_body> request{http::verb::get, request_target, http_1_0};
   request.set(http::field::host, host);
   request.set(http::field::user_agent, "Boost.Beast/330"); // fixed: not the library's version
   return request;
@@ -59,31 +49,33 @@ http::request<http::empty_body> page_request(std::string const& host, std::strin
 
 } // namespace
 
-bool fetch_over_https(char const* host, char const* port, char const* target,
-                      body_handler* handle_body, void* result, bool debug) noexcept
+bool fetch_over_https(char const* host, char const* port, char const* request_target,
+                      body_handler* handle_body, void* user_data, bool debug) noexcept
 {
   try {
     net::io_context io;
     auto context = verifying_context();
     net::ip::tcp::resolver resolver{io};
-    tls_stream stream{io, context};
-    set_server_name(stream, host);
+    ssl::stream<beast::tcp_stream> stream{io, context};
+    if (!SSL_set_tlsext_host_name(stream.native_handle(), host))
+      throw beast::system_error{static_cast<int>(ERR_get_error()), net::error::get_ssl_category()};
     // No time-outs, on purpose: a silent server holds this process for as long as it likes. A
     // caller of a blocking run asked to wait, and for a background copy nobody waits.
     beast::get_lowest_layer(stream).connect(resolver.resolve(host, port));
     stream.handshake(ssl::stream_base::client);
 
-    http::write(stream, page_request(host, target));
+    http::write(stream, page_request(host, request_target));
     beast::flat_buffer buffer;
     http::response<http::dynamic_body> response;
     beast::error_code error;
     http::read(stream, buffer, response, error);
     if (error) {
+      // Category and number: the message differs between versions of the library.
       report(error.to_string(), debug);
       return false;
     }
     auto const body = beast::buffers_to_string(response.body().data());
-    if (!handle_body(result, body.data(), body.size(), debug))
+    if (!handle_body(user_data, body.data(), body.size(), debug))
       return false;
 
     stream.shutdown(error);

@@ -4,8 +4,7 @@
 #include <span>
 
 // What a platform must offer for a second opinion on a server's certificates, asked when OpenSSL's
-// own trust locations lack the issuer. Both functions throw only std::bad_alloc and leave no error
-// in OpenSSL's queue.
+// own trust locations lack the issuer. Both functions leave no error in OpenSSL's queue.
 
 // One certificate as the platform holds it; the deleter releases it, and empty means none.
 using platform_certificate = std::unique_ptr<void, void (*)(void*)>;

@@ -2,6 +2,7 @@
 
 #include <openssl/err.h>
 #include <openssl/x509.h>
+#include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
 
 #include <unistd.h>
@@ -41,16 +42,11 @@ bool load(X509_STORE* anchors)
   return X509_STORE_load_path(anchors, hashed_directory) == 1;
 }
 
-X509* x509(platform_certificate const& certificate)
-{
-  return static_cast<X509*>(certificate.get());
-}
-
 certificate_list issuers(std::span<platform_certificate const> chain)
 {
   certificate_list list{sk_X509_new_null()};
   for (auto const& certificate : chain.subspan(1))
-    if (!list || !sk_X509_push(list.get(), x509(certificate)))
+    if (!list || !sk_X509_push(list.get(), static_cast<X509*>(certificate.get())))
       return nullptr;
   return list;
 }
@@ -62,7 +58,8 @@ bool evaluate(std::span<platform_certificate const> chain)
   verification const context{X509_STORE_CTX_new()};
   if (!untrusted || !anchors || !context || !load(anchors.get()))
     return false;
-  if (!X509_STORE_CTX_init(context.get(), anchors.get(), x509(chain.front()), untrusted.get())
+  auto* const server = static_cast<X509*>(chain.front().get());
+  if (!X509_STORE_CTX_init(context.get(), anchors.get(), server, untrusted.get())
       || !X509_STORE_CTX_set_purpose(context.get(), X509_PURPOSE_SSL_SERVER))
     return false;
   X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), authentication_level);
