@@ -6,7 +6,8 @@
 
 #include <stdlib.h>
 
-#include <climits>
+#include <cstdint>
+#include <limits>
 #include <string>
 
 TEST(Banner, ShowsTheBuildTimeShiftedByTheZoneOfTheMachine)
@@ -26,5 +27,5 @@ TEST(RunFlow, AnAnswerIsStaleAfterADayButNotInTheFuture)
 {
   EXPECT_FALSE(is_stale(1'000'000'000 + 86'400, 1'000'000'000));
   EXPECT_TRUE(is_stale(1'000'000'000 + 86'401, 1'000'000'000));
-  EXPECT_FALSE(is_stale(1'000'000'000, LONG_MAX));
+  EXPECT_FALSE(is_stale(1'000'000'000, std::numeric_limits<std::int64_t>::max()));
 }

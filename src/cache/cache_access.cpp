@@ -43,7 +43,7 @@ ptree::path_type path_of(char const* key, std::string const& entry_name)
 } // namespace
 
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
-                    std::string& release_text, long& timestamp, bool debug)
+                    std::string& release_text, std::int64_t& timestamp, bool debug)
 {
   auto const& file_name = cache_file.native();
   try {
@@ -57,7 +57,7 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     std::ifstream in{file_name};
     read_ini(in, content);
     release_text = content.get(path_of(info_key, entry_name), std::string{});
-    timestamp = content.get(path_of(timestamp_key, entry_name), 0L);
+    timestamp = content.get(path_of(timestamp_key, entry_name), std::int64_t{0});
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
     return false; // cannot occur, as both keys have a default; no reason to empty the file

@@ -2,6 +2,7 @@
 
 #include <boost/filesystem/path.hpp>
 
+#include <cstdint>
 #include <string>
 
 // The cache file is INI text with one section per entry and in it the keys "info" (the release
@@ -14,7 +15,7 @@
 // leaves both outputs alone when the file is missing, locked or cannot be opened, and when reading
 // it fails or it is not valid INI, for which it is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
-                    std::string& release_text, long& timestamp, bool debug);
+                    std::string& release_text, std::int64_t& timestamp, bool debug);
 
 // Stores one entry with the current time and keeps all others that it has read; creates the file if
 // need be. When this fails the caller is not told. A file that cannot be read stays as it is, one

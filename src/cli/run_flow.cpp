@@ -32,7 +32,7 @@ int run_from_cache(options_map const& options, boost::filesystem::path const& ca
                    std::string const& entry, bool debug)
 {
   std::string release_text;
-  long timestamp = 0; // stale, unless an entry is read
+  std::int64_t timestamp = 0; // stale, unless an entry is read
   if (get_last_known(cache_file, entry, release_text, timestamp, debug) && !release_text.empty())
     std::cout << release_text << std::endl;
   if (debug) {
@@ -45,7 +45,7 @@ int run_from_cache(options_map const& options, boost::filesystem::path const& ca
 
 } // namespace
 
-bool is_stale(std::time_t now, long timestamp)
+bool is_stale(std::time_t now, std::int64_t timestamp)
 {
   // In floating point no timestamp overflows, whatever the cache file holds.
   return static_cast<long double>(now)
