@@ -102,6 +102,13 @@ def test_what_counts_as_an_answer(tool, serve, response, text, errors):
     assert tool.run_page("--blocking", "--debug", port=port).errors == errors
 
 
+def test_a_working_directory_that_is_gone_does_no_harm(tool, serve):
+    gone = tool.home / "gone"
+    gone.mkdir()
+    result = tool.run_page("--blocking", port=serve().port, cwd=gone, preexec_fn=gone.rmdir)
+    assert result == Result(0, RELEASE, errors="")
+
+
 def test_a_response_that_ends_without_close_notify_is_no_answer(tool, serve):
     port = serve(http_response(BLOCK), close_notify=False).port
     assert tool.run_page("--blocking", port=port) == Result(0, "", errors="")

@@ -9,9 +9,11 @@
 
 fetch_function* open_module()
 {
-  // On some systems program_location() is the symbolic link through which the program was called.
-  auto const program = weakly_canonical(boost::dll::program_location());
-  auto const file = (program.parent_path() / MODULE_FROM_PROGRAM).lexically_normal();
+  // An absolute path; on some systems it is the symbolic link through which the program was called.
+  auto const program = boost::dll::program_location();
+  // Without a base, the working directory would be asked for, and that may have been removed.
+  auto const folder = weakly_canonical(program, program.root_path()).parent_path();
+  auto const file = (folder / MODULE_FROM_PROGRAM).lexically_normal();
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module)
     throw std::runtime_error{dlerror()};
