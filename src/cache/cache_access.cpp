@@ -9,9 +9,13 @@
 #include <boost/property_tree/ini_parser.hpp>
 #include <boost/property_tree/ptree.hpp>
 
+#include <cerrno>
+#include <cstring>
 #include <ctime>
 #include <exception>
 #include <fstream>
+#include <ios>
+#include <system_error>
 
 // The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
 // file. So a read is locked until its stream closes, and a store writes without the lock: a reader
@@ -40,6 +44,13 @@ ptree::path_type path_of(char const* key, std::string const& entry_name)
   return {str(boost::format{key} % entry_name), '.'};
 }
 
+// Raises the system's reason when the stream could not be opened, written or closed.
+void require_intact(std::ios const& stream)
+{
+  if (!stream)
+    throw std::system_error{errno, std::generic_category()};
+}
+
 } // namespace
 
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
@@ -55,6 +66,7 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     }
     ptree content;
     std::ifstream in{file_name};
+    require_intact(in);
     read_ini(in, content);
     release_text = content.get(path_of(info_key, entry_name), std::string{});
     timestamp = content.get(path_of(timestamp_key, entry_name), std::int64_t{0});
@@ -65,6 +77,8 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     // An invalid file would fail every read and store: empty it for the next store to fill. The
     // lock is gone by now: an entry stored since the read is lost, too.
     std::ofstream const emptied{file_name};
+    if (!emptied)
+      report(std::strerror(errno), debug);
     report(error.what(), debug);
     return false;
   } catch (std::exception const& error) {
@@ -86,12 +100,15 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
       return report(missing_lock, debug);
     ptree content;
     std::ifstream in{file_name};
+    require_intact(in);
     read_ini(in, content);
     in.close(); // the lock has lapsed here
     content.put(path_of(info_key, entry_name), release_text);
     content.put(path_of(timestamp_key, entry_name), std::time(nullptr));
     std::ofstream out{file_name};
     write_ini(out, content);
+    out.close();
+    require_intact(out);
   } catch (std::exception const& error) {
     // An invalid file is not emptied here: until a read recovers from it, every store fails.
     report(error.what(), debug);
