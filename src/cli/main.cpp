@@ -5,6 +5,9 @@
 
 #include <boost/program_options/variables_map.hpp>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -12,6 +15,11 @@
 
 int main(int argc, char* argv[])
 {
+  // A standard descriptor that is closed is opened on /dev/null. Else the cache file could get its
+  // number, and a message would be written into the file.
+  for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
+      return EXIT_FAILURE;
   options_map options;
   try {
     options = parse_command_line(argc, argv, home_directory());
