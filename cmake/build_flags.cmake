@@ -20,6 +20,9 @@ if(GET_QMB_VER_SANITIZE)
 else()
   target_compile_options(get-qmb-ver-flags INTERFACE
     -fstack-protector-strong -ffunction-sections -fdata-sections)
+  # Without it, a response that breaks an assertion of Boost aborts the program. Packagers' build
+  # types, as the "None" of Debian, do not define it by themselves.
+  target_compile_definitions(get-qmb-ver-flags INTERFACE $<$<NOT:$<CONFIG:Debug>>:NDEBUG>)
   # Leaves a _FORTIFY_SOURCE alone that is set, perhaps to more; some compilers do when optimising.
   set(CMAKE_REQUIRED_FLAGS -O2)
   foreach(configuration ${CMAKE_BUILD_TYPE} ${CMAKE_CONFIGURATION_TYPES})

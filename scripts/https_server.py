@@ -65,8 +65,8 @@ def make_certificate(folder, name, issuer=None, kind="server", key="ec:P-256", d
 class Server:
     """Answers every request, or those for `path`, with `response` and notes them as they came.
 
-    It sends the certificates that are named, its own first, out of those made in the folder. Port 0
-    is any.
+    A response of several parts goes out in as many TLS records. The server sends the certificates
+    that are named, its own first, out of those made in the folder. Port 0 is any.
     """
 
     def __init__(self, folder, certificates, response=http_response(PAGE),
@@ -114,7 +114,9 @@ class Server:
         self.may_answer.wait()
         wanted = f"GET {self.path}?".encode(), f"GET {self.path} ".encode()
         found = not self.path or request.startswith(wanted)
-        stream.sendall(self.response if found else NOT_FOUND)
+        response = self.response if found else NOT_FOUND
+        for part in [response] if isinstance(response, bytes) else response:
+            stream.sendall(part)
         if self.close_notify:
             stream.unwrap()  # a bare end of the connection would be a truncated stream
         else:
