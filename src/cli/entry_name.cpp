@@ -27,8 +27,8 @@ std::uint64_t hash(std::string const& key)
 
 } // namespace
 
-std::string entry_name(std::string const& host, std::string const& target)
+std::string entry_name(std::string const& host, std::string const& page)
 {
-  auto const key = str(boost::format{"%1%/%2%"} % host % target);
+  auto const key = str(boost::format{"%1%/%2%"} % host % page);
   return str(boost::format{"RevisionInfo-%1$X"} % hash(key));
 }

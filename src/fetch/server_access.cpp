@@ -19,10 +19,10 @@ constexpr int largest_query_number = 1000;
 // Never seeded, on purpose: every run sends the same number.
 boost::random::mt19937 rangen;
 
-std::string request_target(std::string const& page_target)
+std::string request_target(std::string const& page)
 {
   boost::random::uniform_int_distribution<> query_number{0, largest_query_number};
-  return str(boost::format{"%1%?%2%"} % page_target % query_number(rangen));
+  return str(boost::format{"%1%?%2%"} % page % query_number(rangen));
 }
 
 // Called by the module, through which no exception may pass.
