@@ -30,8 +30,8 @@ using scoped_file_lock = boost::interprocess::scoped_lock<file_lock>;
 
 constexpr long lock_wait_microseconds = 250'000;
 constexpr char const* missing_lock = "Unable to obtain file lock.";
-constexpr char const* info_key = "%1%.info";
-constexpr char const* timestamp_key = "%1%.timestamp";
+constexpr char const* info_pattern = "%1%.info";
+constexpr char const* timestamp_pattern = "%1%.timestamp";
 
 boost::posix_time::ptime lock_deadline()
 {
@@ -39,12 +39,12 @@ boost::posix_time::ptime lock_deadline()
          + boost::posix_time::microseconds{lock_wait_microseconds};
 }
 
-ptree::path_type path_of(char const* key, std::string const& entry_name)
+ptree::path_type path_of(char const* pattern, std::string const& entry_name)
 {
-  return {str(boost::format{key} % entry_name), '.'};
+  return {str(boost::format{pattern} % entry_name), '.'};
 }
 
-// Raises the system's reason when the stream could not be opened, written or closed.
+// Raises the system's reason, still in errno, when opening, writing or closing the stream failed.
 void require_intact(std::ios const& stream)
 {
   if (!stream)
@@ -68,8 +68,8 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     std::ifstream in{file_name};
     require_intact(in);
     read_ini(in, content);
-    release_text = content.get(path_of(info_key, entry_name), std::string{});
-    timestamp = content.get(path_of(timestamp_key, entry_name), std::int64_t{0});
+    release_text = content.get(path_of(info_pattern, entry_name), std::string{});
+    timestamp = content.get(path_of(timestamp_pattern, entry_name), std::int64_t{0});
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
     return false; // cannot occur, as both keys have a default; no reason to empty the file
@@ -92,7 +92,7 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
 {
   auto const& file_name = cache_file.native();
   try {
-    // The lock needs an existing file. If this fails, so does opening the file for the lock.
+    // The lock needs an existing file. If none can be made, taking the lock tells why.
     std::ofstream{file_name, std::ios::app}.close();
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};
@@ -103,8 +103,8 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
     require_intact(in);
     read_ini(in, content);
     in.close(); // the lock has lapsed here
-    content.put(path_of(info_key, entry_name), release_text);
-    content.put(path_of(timestamp_key, entry_name), std::time(nullptr));
+    content.put(path_of(info_pattern, entry_name), release_text);
+    content.put(path_of(timestamp_pattern, entry_name), std::time(nullptr));
     std::ofstream out{file_name};
     write_ini(out, content);
     out.close();

@@ -7,13 +7,13 @@
 
 // The cache file is INI text with one section per entry and in it the keys "info" (the release
 // text) and "timestamp" (seconds since the epoch). Both functions take an exclusive record lock on
-// the file itself, see fcntl(2), and give up after waiting 250 ms for it. A read is locked
-// throughout; a store loses the lock before it writes. Every std::exception is caught; with debug,
-// a line on standard error tells why.
+// the file itself, see fcntl(2), and give up after waiting 250 ms for it. Only reading is locked:
+// both lose the lock before they write. Every std::exception is caught; with debug, a line on
+// standard error tells what failed.
 
 // Reads one entry and returns true; a missing or bad value reads as "" or 0. Returns false and
-// leaves both outputs alone when the file is missing, locked or cannot be opened, and when reading
-// it fails or it is not valid INI, for which it is emptied.
+// leaves both outputs alone when the file is missing or cannot be opened or locked, and also when
+// reading it fails or it is not valid INI: then it is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
                     std::string& release_text, std::int64_t& timestamp, bool debug);
 

@@ -8,6 +8,6 @@
 // nothing is thrown: texts of any other form are undefined behaviour. See mktime(3).
 std::time_t cvt_DATE_TIME(char const* date, char const* time);
 
-// The line that heads the help: name, version, the maker's notice and the build time. A
-// time outside the years 1400 to 9999 raises a std::out_of_range.
+// The line that heads the help: name, version, the maker's notice and the build time. Years outside
+// 1400 to 9999 raise a std::out_of_range.
 std::string banner(std::time_t build_time);

@@ -15,8 +15,8 @@
 
 int main(int argc, char* argv[])
 {
-  // A standard descriptor that is closed is opened on /dev/null. Else the cache file could get its
-  // number, and a message would be written into the file.
+  // What is closed of the standard descriptors is opened on /dev/null: open takes the lowest free
+  // number, and that would go to the cache file, and messages into it.
   for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
       return EXIT_FAILURE;
@@ -40,7 +40,7 @@ int main(int argc, char* argv[])
     std::cerr << "Exception: " << error.what() << std::endl;
     return EXIT_FAILURE;
   }
-  // Outside the handler on purpose: "Exception: " tells of a wrong command line alone, and an
-  // exception that escapes run ends the process by a signal.
+  // Outside the handler on purpose: "Exception: " is about the command line and the help. What
+  // escapes run is no fault of the caller's and ends the process by a signal.
   return run(options);
 }

@@ -11,7 +11,7 @@ fetch_function* open_module()
 {
   // An absolute path; on some systems it is the symbolic link through which the program was called.
   auto const program = boost::dll::program_location();
-  // Without a base, the working directory would be asked for, and that may have been removed.
+  // Both the program and the working directory, asked for without a base, may have been removed.
   auto const folder = weakly_canonical(program, program.root_path()).parent_path();
   auto const file = (folder / MODULE_FROM_PROGRAM).lexically_normal();
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -16,10 +16,10 @@ namespace {
 
 constexpr int largest_query_number = 1000;
 
-// Never seeded, on purpose: every run sends the same number.
+// Never seeded, on purpose: the same run sends the same bytes every time.
 boost::random::mt19937 rangen;
 
-std::string request_target(std::string const& page)
+std::string request_target_of(std::string const& page)
 {
   boost::random::uniform_int_distribution<> query_number{0, largest_query_number};
   return str(boost::format{"%1%?%2%"} % page % query_number(rangen));
@@ -45,11 +45,11 @@ bool get_from_server(options_map const& options, std::string& release_text, bool
   try {
     auto const& host = options["host"].as<std::string>();
     auto const& port = options["port"].as<std::string>();
-    auto const sent = request_target(options["target"].as<std::string>());
+    auto const request_target = request_target_of(options["target"].as<std::string>());
 
-    // Opened only here: it loads OpenSSL, which would slow down every start.
-    auto const fetch = open_module();
-    return fetch(host.c_str(), port.c_str(), sent.c_str(), keep_release_text, &release_text, debug);
+    // Opened only here: OpenSSL, which comes with it, would slow down every start.
+    return open_module()(host.c_str(), port.c_str(), request_target.c_str(), keep_release_text,
+                         &release_text, debug);
   } catch (std::exception const& error) {
     report(error.what(), debug);
     return false;

@@ -41,10 +41,10 @@ std::string argument(char const* pattern, options_map const& options, char const
 
 bool spawn_blocking(options_map const& options)
 {
-  pid_t const child = fork();
-  if (child < 0)
+  pid_t const copy = fork();
+  if (copy < 0)
     return report_failure("Unable to start child process (first fork).");
-  if (child > 0)
+  if (copy > 0)
     return true;
   if (!discard_output())
     return false;

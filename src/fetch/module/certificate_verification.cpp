@@ -17,7 +17,7 @@ bool is_untrusted_issuer(int error)
          || error == X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY;
 }
 
-// Encodes into der, which is resized to the encoding's exact length.
+// Encodes into der, resized to the encoding's exact length. False when that fails.
 bool encode_der(X509* certificate, std::vector<unsigned char>& der)
 {
   int const length = i2d_X509(certificate, nullptr);

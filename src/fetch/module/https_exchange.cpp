@@ -80,7 +80,7 @@ bool fetch_over_https(char const* host, char const* port, char const* request_ta
 
     stream.shutdown(error);
     if (error == net::error::eof)
-      error = {}; // The stream ended after the server's own close_notify: a clean end.
+      error = {}; // The server ended TLS itself, by close_notify or an alert: a clean end.
     if (error)
       report(error.to_string(), debug);
     return !error;

@@ -13,7 +13,7 @@ using platform_certificate = std::unique_ptr<void, void (*)(void*)>;
 // bytes. The bytes are not kept.
 platform_certificate create_platform_certificate(std::span<unsigned char const> der);
 
-// Whether the platform's trusted roots accept the chain for a TLS server at this moment: the
+// Whether the platform's trust anchors accept the chain for a TLS server at this moment: the
 // server's own certificate first, its possible issuers after it, none of them empty. No host name
 // is compared. All that the evaluation creates is released before it returns.
 bool is_trusted_server(std::span<platform_certificate const> chain);

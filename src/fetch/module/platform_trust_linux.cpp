@@ -11,7 +11,7 @@
 
 namespace {
 
-// The distributions' own bundles of trusted roots; the first that exists is the platform's.
+// The distributions' own bundles of trust anchors; the first that exists is the platform's.
 constexpr std::array bundles{
     "/etc/ssl/certs/ca-certificates.crt",                // Debian, Ubuntu, Arch, Alpine, Gentoo
     "/etc/pki/ca-trust/extracted/pem/tls-ca-bundle.pem", // Fedora, RHEL
