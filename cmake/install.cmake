@@ -8,8 +8,5 @@ install(FILES completions/get-qmb-ver.bash
 install(FILES completions/get-qmb-ver.fish
   DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 install(FILES completions/_get-qmb-ver DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES COPYRIGHT DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
-install(FILES
-  doc/architecture.md doc/packaging.md doc/performance.md doc/publishing.md doc/speed.svg
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}/doc)
+install(FILES doc/publishing.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
