@@ -1,7 +1,7 @@
 # What is installed where.
 
-install(TARGETS get-qmb-ver)
-install(TARGETS get-qmb-ver-module LIBRARY DESTINATION ${module_install_folder})
+install(TARGETS get-qmb-ver DESTINATION ${program_folder})
+install(TARGETS get-qmb-ver-module DESTINATION ${module_folder})
 install(FILES doc/get-qmb-ver.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES completions/get-qmb-ver.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME get-qmb-ver)
