@@ -5,7 +5,8 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-include(CheckCXXSymbolExists)
+include(CMakePushCheckState)
+include(CheckCXXSourceCompiles)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 
@@ -23,20 +24,26 @@ else()
   # Without it, a response that breaks an assertion of Boost aborts the program. Packagers' build
   # types, as the "None" of Debian, do not define it by themselves.
   target_compile_definitions(get-qmb-ver-flags INTERFACE $<$<NOT:$<CONFIG:Debug>>:NDEBUG>)
-  # Leaves a _FORTIFY_SOURCE alone that is set, perhaps to more; some compilers do when optimising.
-  set(CMAKE_REQUIRED_FLAGS -O2)
+  # _FORTIFY_SOURCE needs optimisation. Where it is set, perhaps to more, it stays as it is.
+  cmake_push_check_state(RESET)
   foreach(configuration ${CMAKE_BUILD_TYPE} ${CMAKE_CONFIGURATION_TYPES})
     string(TOUPPER CMAKE_CXX_FLAGS_${configuration} variable)
     string(APPEND CMAKE_REQUIRED_FLAGS " ${${variable}}")
   endforeach()
-  check_cxx_symbol_exists(_FORTIFY_SOURCE "" fortify_source_is_set)
-  if(NOT fortify_source_is_set)
+  unset(get_qmb_ver_needs_fortify_source CACHE) # the flags may have changed
+  check_cxx_source_compiles("
+    #if !defined __OPTIMIZE__ || defined _FORTIFY_SOURCE
+    #error
+    #endif
+    int main() {}" get_qmb_ver_needs_fortify_source)
+  cmake_pop_check_state()
+  if(get_qmb_ver_needs_fortify_source)
     target_compile_options(get-qmb-ver-flags INTERFACE $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
   endif()
   if(APPLE)
-    target_link_options(get-qmb-ver-flags INTERFACE -Wl,-dead_strip)
+    target_link_options(get-qmb-ver-flags INTERFACE LINKER:-dead_strip)
   else()
-    target_link_options(get-qmb-ver-flags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections)
+    target_link_options(get-qmb-ver-flags INTERFACE LINKER:-z,relro LINKER:-z,now LINKER:--gc-sections)
   endif()
 endif()
 if(GET_QMB_VER_STATIC_RUNTIME AND NOT APPLE) # Apple's is a part of the system
