@@ -1,16 +1,14 @@
 # The flags that all targets share: warnings, and either hardening or the sanitizers.
 
-set(CMAKE_CXX_STANDARD 20)
-set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 include(CMakePushCheckState)
 include(CheckCXXSourceCompiles)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 
 add_library(get-qmb-ver-flags INTERFACE)
+target_compile_features(get-qmb-ver-flags INTERFACE cxx_std_20) # or a later one that is asked for
 target_compile_options(get-qmb-ver-flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(GET_QMB_VER_SANITIZE)
   # Not vptr: its check opens a pipe and misfires in a process that is out of descriptors.

@@ -10,7 +10,9 @@ function(require name found debian homebrew)
   endif()
 endfunction()
 
-set(Boost_USE_STATIC_LIBS ${GET_QMB_VER_STATIC_RUNTIME}) # read by Boost's own files
+if(GET_QMB_VER_STATIC_RUNTIME)
+  set(Boost_USE_STATIC_LIBS ON) # read by Boost's own files
+endif()
 find_package(Boost 1.81 CONFIG COMPONENTS filesystem program_options)
 require("Boost 1.81 or newer" "${Boost_FOUND}" "" boost)
 require("Boost.Filesystem" "${Boost_filesystem_FOUND}" "" boost)
