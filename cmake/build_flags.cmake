@@ -44,6 +44,10 @@ else()
     target_link_options(get-qmb-ver-flags INTERFACE LINKER:-z,relro LINKER:-z,now LINKER:--gc-sections)
   endif()
 endif()
+if(" ${CMAKE_CXX_FLAGS} ${CMAKE_EXE_LINKER_FLAGS} " MATCHES " (--?static|-static-pie) ")
+  message(FATAL_ERROR "A program linked with ${CMAKE_MATCH_1} cannot open its module; "
+                      "GET_QMB_VER_STATIC_RUNTIME=ON links statically what can be.")
+endif()
 if(GET_QMB_VER_STATIC_RUNTIME AND NOT APPLE) # Apple's is a part of the system
   target_link_options(get-qmb-ver-flags INTERFACE -static-libstdc++ -static-libgcc)
 endif()
