@@ -4,8 +4,10 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 include(CMakePushCheckState)
 include(CheckCXXSourceCompiles)
-include(CheckPIESupported)
-check_pie_supported(LANGUAGES CXX)
+if(PROJECT_IS_TOP_LEVEL) # it is about all programs, those of a project around this one, too
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+endif()
 
 add_library(get-qmb-ver-flags INTERFACE)
 target_compile_features(get-qmb-ver-flags INTERFACE cxx_std_20) # or a later one that is asked for
