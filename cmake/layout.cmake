@@ -12,7 +12,8 @@ file(RELATIVE_PATH module_folder
   "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_LIBDIR}/get-qmb-ver")
 file(RELATIVE_PATH module_from_program
   "/${program_folder}" "/${module_folder}/fetch${CMAKE_SHARED_MODULE_SUFFIX}")
-if(NOT has_program OR NOT has_module OR module_from_program MATCHES "^get-qmb-ver/")
+if(NOT (has_program AND has_module) OR program_folder STREQUAL ""
+   OR module_from_program MATCHES "^get-qmb-ver/") # the program has this name
   message(FATAL_ERROR
     "CMAKE_INSTALL_BINDIR and CMAKE_INSTALL_LIBDIR are '${CMAKE_INSTALL_BINDIR}' and "
     "'${CMAKE_INSTALL_LIBDIR}', but have to be two folders below CMAKE_INSTALL_PREFIX.")
