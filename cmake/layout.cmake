@@ -2,8 +2,8 @@
 # program finds the module by the relative path from its own folder.
 
 if(NOT CMAKE_INSTALL_PREFIX MATCHES "^/.")
-  message(FATAL_ERROR
-    "CMAKE_INSTALL_PREFIX is '${CMAKE_INSTALL_PREFIX}', but has to be an absolute path other than /.")
+  message(FATAL_ERROR "CMAKE_INSTALL_PREFIX is '${CMAKE_INSTALL_PREFIX}', but has to be an absolute "
+                      "path other than /.")
 endif()
 cmake_path(IS_PREFIX CMAKE_INSTALL_PREFIX "${CMAKE_INSTALL_FULL_BINDIR}" NORMALIZE has_program)
 cmake_path(IS_PREFIX CMAKE_INSTALL_PREFIX "${CMAKE_INSTALL_FULL_LIBDIR}" NORMALIZE has_module)
