@@ -1,8 +1,9 @@
 """Throwaway certificates and a small HTTPS server on a free loopback port, for tests and demo.
 
 Run as a program, with a folder and if need be a port, it makes an authority in the folder,
-FOLDER/root.pem, prints its port and serves /downloads/page, with a release block, until it is ended.
+FOLDER/root.pem, prints its port and serves /downloads/page, with a release block, until it ends.
 """
+import argparse
 import contextlib
 import pathlib
 import socket
@@ -62,15 +63,20 @@ def make_certificate(folder, name, issuer=None, kind="server", key="ec:P-256", d
             "-notext", "-out", f"{name}.pem")
 
 
+def listen(port=0):
+    """A listening socket on loopback; port 0 is any."""
+    return socket.create_server(("127.0.0.1", port))
+
+
 class Server:
     """Answers every request, or those for `path`, with `response` and notes them as they came.
 
     A response of several parts goes out in as many TLS records. The server sends the certificates
-    that are named, its own first, out of those made in the folder. Port 0 is any.
+    that are named, its own first, out of those made in the folder.
     """
 
     def __init__(self, folder, certificates, response=http_response(PAGE),
-                 version=ssl.TLSVersion.TLSv1_2, close_notify=True, port=0, path=""):
+                 version=ssl.TLSVersion.TLSv1_2, close_notify=True, listener=None, path=""):
         self.response = response
         self.path = path
         self.close_notify = close_notify
@@ -87,7 +93,7 @@ class Server:
         self.context.load_cert_chain(chain, chain.with_name(f"{certificates[0]}.key"))
         self.server_name = None
         self.context.sni_callback = lambda _, name, __: setattr(self, "server_name", name)
-        self.listener = socket.create_server(("127.0.0.1", port))
+        self.listener = listener or listen()
         self.port = str(self.listener.getsockname()[1])
 
     def serve(self):
@@ -96,11 +102,10 @@ class Server:
                 connection, _ = self.listener.accept()
             except OSError:
                 return  # closed
-            with connection:
-                try:
-                    self.answer(self.context.wrap_socket(connection, server_side=True))
-                except OSError:
-                    pass  # a client that refuses the server just goes away
+            # A client that refuses the server just goes away.
+            with contextlib.suppress(OSError), connection:
+                with self.context.wrap_socket(connection, server_side=True) as stream:
+                    self.answer(stream)
 
     def answer(self, stream):
         request = b""
@@ -123,7 +128,6 @@ class Server:
             stream.shutdown(socket.SHUT_WR)
             while stream.recv(4096):
                 pass
-        stream.close()
 
     def __enter__(self):
         threading.Thread(target=self.serve, daemon=True).start()
@@ -136,14 +140,23 @@ class Server:
         self.listener.close()
 
 
-def main(folder, port=0):
-    pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
-    make_certificate(folder, "root", kind="authority")
-    make_certificate(folder, "localhost", issuer="root")
-    server = Server(folder, ["localhost", "root"], port=int(port), path="/downloads/page")
+def main():
+    parser = argparse.ArgumentParser(description="a small HTTPS server for a demonstration")
+    parser.add_argument("folder", type=pathlib.Path)
+    parser.add_argument("port", type=int, nargs="?", default=0)
+    arguments = parser.parse_args()
+    try:
+        listener = listen(arguments.port)  # before a certificate of another server is replaced
+    except (OSError, OverflowError) as error:
+        parser.exit(1, f"{parser.prog}: give another port than {arguments.port}: {error}\n")
+    arguments.folder.mkdir(parents=True, exist_ok=True)
+    make_certificate(arguments.folder, "root", kind="authority")
+    make_certificate(arguments.folder, "localhost", issuer="root")
+    server = Server(arguments.folder, ["localhost", "root"], listener=listener,
+                    path="/downloads/page")
     print(server.port, flush=True)
     server.serve()
 
 
 if __name__ == "__main__":
-    main(*sys.argv[1:])
+    main()
