@@ -20,8 +20,6 @@ get_qmb_ver_require("Boost.Program_options" "${Boost_program_options_FOUND}" "" 
 find_package(OpenSSL 3.0)
 get_qmb_ver_require("OpenSSL 3.0 or newer" "${OPENSSL_FOUND}" "" openssl@3)
 if(BUILD_TESTING)
-  find_package(GTest 1.12)
-  get_qmb_ver_require("GoogleTest 1.12 or newer" "${GTest_FOUND}" libgtest-dev googletest)
   find_program(PYTEST NAMES pytest-3 pytest)
   get_qmb_ver_require(pytest "${PYTEST}" "python3-pytest python3-pytest-timeout" pytest)
 endif()

@@ -30,37 +30,24 @@ commonName = supplied
 [authority]
 basicConstraints = critical, CA:TRUE
 subjectKeyIdentifier = hash
+authorityKeyIdentifier = none
 [server]
 basicConstraints = CA:FALSE
+authorityKeyIdentifier = none
 extendedKeyUsage = serverAuth
 """
 VALID = "20200101000000Z", "20991231000000Z"
 EXPIRED = "20200101000000Z", "20200102000000Z"
+CUT = object()
+FUTURE = "20980101000000Z", "20991231000000Z"
 
 
 def http_response(body):
     return f"HTTP/1.0 200 OK\r\nContent-Length: {len(body)}\r\n\r\n".encode() + body
 
 
-def make_certificate(folder, name, issuer=None, kind="server", key="ec:P-256", digest="sha256",
-                     validity=VALID):
-    """Makes name.key and name.pem in the folder, signed by the issuer of that folder or itself."""
-    pathlib.Path(folder, "openssl.cnf").write_text(OPENSSL_SETTINGS)
-    pathlib.Path(folder, "issued.txt").touch()
-
-    def openssl(*arguments):
-        subprocess.run(["openssl", *arguments], cwd=folder, check=True, capture_output=True)
-
-    algorithm, size = key.split(":")
-    option = {"ec": "ec_paramgen_curve", "rsa": "rsa_keygen_bits"}[algorithm]
-    openssl("req", "-config", "openssl.cnf", "-newkey", algorithm, "-pkeyopt", f"{option}:{size}",
-            "-nodes", "-subj", f"/CN={name}", "-keyout", f"{name}.key", "-out", f"{name}.csr")
-    signed_by = (["-cert", f"{issuer}.pem", "-keyfile", f"{issuer}.key"] if issuer else
-                 ["-selfsign", "-keyfile", f"{name}.key"])
-    not_before, not_after = validity
-    openssl("ca", "-batch", "-config", "openssl.cnf", *signed_by, "-in", f"{name}.csr", "-md",
-            digest, "-startdate", not_before, "-enddate", not_after, "-extensions", kind,
-            "-notext", "-out", f"{name}.pem")
+KEYS = {"EC": "EC ec_paramgen_curve:P-256", "RSA-1024": "RSA rsa_keygen_bits:1024",
+        "RSA-2048": "RSA rsa_keygen_bits:2048"}
 
 
 def listen(port=0):
@@ -68,24 +55,60 @@ def listen(port=0):
     return socket.create_server(("127.0.0.1", port))
 
 
+def make_certificate(folder, name, issuer=None, kind="server", key="EC", validity=VALID,
+                     subject=None):
+    """Makes name.pem in the folder, signed by the issuer of that folder or itself.
+
+    The subject, by default the name, is what the certificate calls itself and owns the key,
+    subject.key, which is made unless it is there already.
+    """
+    subject = subject or name
+    folder = pathlib.Path(folder)
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / "openssl.cnf").write_text(OPENSSL_SETTINGS)
+    (folder / "issued.txt").touch()
+
+    def openssl(*arguments):
+        subprocess.run(["openssl", *arguments], cwd=folder, check=True, capture_output=True)
+
+    if not (folder / f"{subject}.key").exists():
+        algorithm, size = KEYS[key].split()
+        openssl("genpkey", "-algorithm", algorithm, "-pkeyopt", size, "-out", f"{subject}.key")
+    openssl("req", "-config", "openssl.cnf", "-new", "-key", f"{subject}.key",
+            "-subj", f"/CN={subject}", "-out", f"{name}.csr")
+    signed_by = (["-cert", f"{issuer}.pem", "-keyfile", f"{issuer}.key"] if issuer else
+                 ["-selfsign", "-keyfile", f"{subject}.key"])
+    not_before, not_after = validity
+    openssl("ca", "-batch", "-config", "openssl.cnf", *signed_by, "-in", f"{name}.csr",
+            "-md", "sha256", "-startdate", not_before, "-enddate", not_after, "-extensions", kind,
+            "-notext", "-out", f"{name}.pem")
+
+
+def make_chain(folder, prefix="", key="EC"):
+    """Makes the authority "root" with such a key, "issuer", signed by it, and "server" by that."""
+    make_certificate(folder, f"{prefix}root", kind="authority", key=key)
+    make_certificate(folder, f"{prefix}issuer", f"{prefix}root", kind="authority")
+    make_certificate(folder, f"{prefix}server", f"{prefix}issuer")
+
+
 class Server:
     """Answers every request, or those for `path`, with `response` and notes them as they came.
 
-    A response of several parts goes out in as many TLS records. The server sends the certificates
-    that are named, its own first, out of those made in the folder.
+    A response of several parts goes out in as many TLS records; the part CUT ends the connection as
+    a broken line would. The server sends the certificates that are named, its own first, out of
+    those made in the folder.
     """
 
-    def __init__(self, folder, certificates, response=http_response(PAGE),
-                 version=ssl.TLSVersion.TLSv1_2, close_notify=True, listener=None, path=""):
+    def __init__(self, folder, certificates, response=http_response(PAGE), listener=None, path="",
+                 version=ssl.TLSVersion.TLSv1_2, ciphers="DEFAULT:@SECLEVEL=0"):
         self.response = response
         self.path = path
-        self.close_notify = close_notify
         self.requests = []
         self.requested = threading.Event()  # a request is noted
         self.may_answer = threading.Event()  # cleared, the server keeps its client waiting
         self.may_answer.set()
         self.context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        self.context.set_ciphers("DEFAULT:@SECLEVEL=0")
+        self.context.set_ciphers(ciphers)
         self.context.minimum_version = self.context.maximum_version = version
         chain = pathlib.Path(folder, "chain.pem")
         chain.write_text("".join(chain.with_name(f"{name}.pem").read_text()
@@ -121,13 +144,13 @@ class Server:
         found = not self.path or request.startswith(wanted)
         response = self.response if found else NOT_FOUND
         for part in [response] if isinstance(response, bytes) else response:
+            if part is CUT:
+                stream.shutdown(socket.SHUT_WR)
+                while stream.recv(4096):
+                    pass
+                return
             stream.sendall(part)
-        if self.close_notify:
-            stream.unwrap()  # a bare end of the connection would be a truncated stream
-        else:
-            stream.shutdown(socket.SHUT_WR)
-            while stream.recv(4096):
-                pass
+        stream.unwrap()  # sends close_notify
 
     def __enter__(self):
         threading.Thread(target=self.serve, daemon=True).start()
@@ -149,10 +172,8 @@ def main():
         listener = listen(arguments.port)  # before a certificate of another server is replaced
     except (OSError, OverflowError) as error:
         parser.exit(1, f"{parser.prog}: give another port than {arguments.port}: {error}\n")
-    arguments.folder.mkdir(parents=True, exist_ok=True)
-    make_certificate(arguments.folder, "root", kind="authority")
-    make_certificate(arguments.folder, "localhost", issuer="root")
-    server = Server(arguments.folder, ["localhost", "root"], listener=listener,
+    make_chain(arguments.folder)
+    server = Server(arguments.folder, ["server", "issuer"], listener=listener,
                     path="/downloads/page")
     print(server.port, flush=True)
     server.serve()

@@ -1,14 +1,29 @@
 import os
 import pathlib
-import resource
+import re
 import shutil
+import stat
+import time
 
-from pytest import mark
+from pytest import mark, param
 
-from conftest import (ENTRY, PAGE, PROGRAM, UNUSED_PORT, Result, children,
-                      exit_status_of_copy, result_of)
+from program import HOST, PROGRAM, RELEASE, Result, copies, linux_only, namespace, wait_for_copies
 
-pytestmark = mark.usefixtures("copies")
+pytestmark = linux_only
+
+
+def test_the_first_run_has_the_answer_fetched_that_the_second_prints(tool, serve):
+    settings = tool.home / "settings"
+    settings.mkdir()
+    link = settings / tool.cache.name
+    link.symlink_to("../dotfile")
+    options = {"port": serve().port, "cwd": settings, "umask": 0o027}
+    assert tool.run_page("--ini-dir=.", **options) == Result(0, "", errors="")
+    assert wait_for_copies() == [0]
+    assert tool.run_page("--ini-dir=.", **options) == Result(0, RELEASE, errors="")
+    assert wait_for_copies() == []
+    assert link.is_symlink()
+    assert stat.filemode(link.stat().st_mode) == "-rw-r-----"
 
 
 def test_the_copy_is_the_same_program_with_explicit_options_and_no_output(tool, serve):
@@ -16,67 +31,59 @@ def test_the_copy_is_the_same_program_with_explicit_options_and_no_output(tool, 
     server.may_answer.clear()
     target = "--target=-a %1% b"  # no option, no placeholder, one word
     with open(tool.home / "own file", "w+") as own_file:
-        own_descriptor = own_file.fileno()
-        result = tool.run("--host=localhost", "--port", server.port, "--debug", target,
-                          cwd=tool.home, stdin=own_file, pass_fds=[own_descriptor])
+        result = tool.run("--host", HOST, "--port", server.port, "--debug", target, stdin=own_file)
     assert (result.status, result.errors) == (0, "No such file or directory\n")  # no cache file yet
 
     server.requested.wait()
-    [copy] = children()
+    [copy] = copies()
     process = pathlib.Path(f"/proc/{copy}")
     assert (process / "cmdline").read_text().split("\0")[:-1] == [
-        str(PROGRAM), "--host=localhost", f"--port={server.port}", target,
+        str(PROGRAM), f"--host={HOST}", f"--port={server.port}", target,
         f"--ini-dir={tool.home}", "--blocking"]
-    for descriptor in 0, own_descriptor:
-        assert os.readlink(process / f"fd/{descriptor}") == own_file.name
+    assert os.readlink(process / "fd/0") == own_file.name
     for descriptor in 1, 2, 3:  # 3 is the one by which the copy opened /dev/null
         assert os.readlink(process / f"fd/{descriptor}") == "/dev/null"
-    assert os.getpgid(copy) == os.getpgid(0)
+
+    files = (process / "maps").read_text()
+    assert "/libssl.so" in files
+    module = re.search(r"/.*/get-qmb-ver/fetch\.so", files)[0]
+    assert os.stat(module).st_mode & 0o444 == PROGRAM.stat().st_mode & 0o444
 
     server.may_answer.set()
-    assert exit_status_of_copy() == 0
+    assert wait_for_copies() == [0]
 
 
-def start_printing(tool, **options):
-    """A run that waits for a reader in the middle of its answer, before it starts its copy."""
-    text = "4" * 100_000  # more than the 65,536 bytes that a pipe holds
-    tool.cache.write_text(f"[{ENTRY}]\ninfo={text}\ntimestamp=5\n")
-    for path in tool.cache, tool.home:
-        path.chmod(0o777)  # for a run by the user "nobody"
-    run = tool.start("--host=localhost", "--port", UNUSED_PORT, PAGE, **options)
-    assert os.read(run.stdout.fileno(), 1) == b"4"
-    return run
+@mark.parametrize("timestamp, started", [
+    param(lambda now: now - 86_400, 0, id="no: a day old"),
+    param(lambda now: now - 86_401, 1, id="yes: a second older"),
+    param(lambda now: 2**63 - 1, 0, id="no: from the future"),
+])
+def test_an_answer_is_refreshed(tool, timestamp, started):
+    now, seen = 0, None
+    while not now == seen == int(time.time()):  # until a run has seen this second only
+        wait_for_copies()
+        now = int(time.time())
+        tool.remember("4.7", timestamp(now))
+        seen = int(tool.run_page("--debug").output.split()[-1])
+    assert len(wait_for_copies()) == started
 
 
 def test_an_answer_is_printed_although_no_copy_can_be_started(tool):
-    # Root has no limit: the user "nobody" runs a copy, as PROGRAM may lie in a private folder.
-    result = result_of(start_printing(
-        tool, program=shutil.copy(PROGRAM, tool.home), user=os.geteuid() or "nobody",
-        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NPROC, (0, 0))))
-    assert result == Result(1, "4" * 99_999 + "\n", "Unable to start child process (first fork).\n")
+    # The first process of a PID namespace ends here, after which there can be no other.
+    last = [*namespace("unshare", "--user", "--pid"), "sh", "-c", 'env true; exec "$@"', "sh"]
+    tool.environment["ASAN_OPTIONS"] = "detect_leaks=0"  # the check would need a process
+    tool.remember("4.7", 5)
+    result = tool.run_page(before=last)
+    assert result == Result(1, "4.7\n", "Unable to start child process (first fork).\n")
 
 
-def test_a_copy_that_cannot_open_dev_null_ends(tool):
-    run = start_printing(tool)
-    resource.prlimit(run.pid, resource.RLIMIT_NOFILE, (3, 3))  # none but the standard descriptors
-    assert result_of(run).errors == "Unble to open /dev/null.\n"  # sic
-    assert run.returncode == 0
-    assert exit_status_of_copy() == 1
-
-
-def test_a_run_that_answers_does_not_load_openssl(tool):
-    maps = pathlib.Path(f"/proc/{start_printing(tool).pid}/maps").read_text()
-    assert "libssl" not in maps
-    assert "libcrypto" not in maps
-
-
-def test_without_its_module_the_program_answers_but_fetches_nothing(tool, serve):
-    program = shutil.copy(PROGRAM, tool.home)
-    tool.cache.write_text(f"[{ENTRY}]\ninfo=old\ntimestamp=5\n")
-    port = serve().port
-    assert tool.run_page(program=program, port=port) == Result(0, "old\n", errors="")
-    assert exit_status_of_copy() == 0
-    result = tool.run_page("--blocking", "--debug", program=program, port=port)
-    assert result.status == 0
-    assert "/get-qmb-ver/fetch.so" in result.errors
-    assert result.errors.count("\n") == 1
+def test_the_module_is_looked_for_in_one_place_that_the_message_names(tool):
+    tool.program.unlink()
+    shutil.copy(PROGRAM, tool.program)
+    library = re.search(r"/\S+/libc\.\S+", pathlib.Path("/proc/self/maps").read_text())[0]
+    (tool.home / "fetch.so").symlink_to(library)  # can be opened, but is not the module
+    tool.environment["LD_LIBRARY_PATH"] = str(tool.home)
+    reason = tool.reason("--blocking", cwd=tool.home)
+    assert re.fullmatch(r"/.*/get-qmb-ver/fetch\.so: cannot open.* No such file.*\n", reason)
+    tool.remember("4.7", 5)
+    assert tool.run_page() == Result(0, "4.7\n", errors="")
