@@ -1,5 +1,6 @@
-"""Times the built program against cat and curl on this machine: prints tables, draws doc/speed.svg.
+"""Times the built program against cat and curl on this machine: prints tables, draws a picture.
 
+The only argument is the file for the picture, as SVG.
 The commands take turns at every run, so that whatever else the machine does meets them alike.
 """
 import os
@@ -12,8 +13,8 @@ import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-PROGRAM = ROOT / "build/release/bin/get-qmb-ver"
-MODULE = ROOT / "build/release/lib/get-qmb-ver/fetch.so"
+PROGRAM = ROOT / "build/demo/bin/get-qmb-ver"
+MODULE = ROOT / "build/demo/lib/get-qmb-ver/fetch.so"
 RUNS, WARMUP = 400, 10
 ENTRY = "[RevisionInfo-EEF92FF99DD26159]\ninfo=4.7.2 (2022-06-30)\ntimestamp=9999999999\n"
 PAGE = "--host=localhost /downloads/page"  # the page of the entry
@@ -86,15 +87,14 @@ def commands_of(folder, port):
     return commands
 
 
-def draw(bars):
+def draw(picture, bars):
     """A bar for each time in milliseconds, on no ground, in colours for light and dark pages."""
     data = "".join(f'{value} "{name}"\n' for name, value in bars.items()) + "e\n"
-    chart = CHART.format(file=ROOT / "doc/speed.svg", bars=len(bars),
-                         longest=1.2 * max(bars.values()))
+    chart = CHART.format(file=picture, bars=len(bars), longest=1.2 * max(bars.values()))
     subprocess.run(["gnuplot"], input=chart + 2 * data, text=True, check=True)
 
 
-def main():
+def main(picture):
     with tempfile.TemporaryDirectory() as folder:
         os.environ["SSL_CERT_FILE"] = f"{folder}/root.pem"
         with subprocess.Popen([sys.executable, "-B", f"{ROOT}/scripts/https_server.py", folder],
@@ -121,11 +121,11 @@ def main():
             ("size of the program, MiB", PROGRAM.stat().st_size / 2**20, ""),
             ("size of the module, MiB", MODULE.stat().st_size / 2**20, "")]:
         print(f"| {name} | {value:.2f} | {target and 'at most ' + target} |")
-    draw({"cat of the file": cat, "get-qmb-ver": default,
-          "get-qmb-ver --blocking": took["blocking run"],
-          "curl --version": took["curl --version"],
-          "curl of the same page": took["curl of the same page"]})
+    draw(picture, {"cat of the file": cat, "get-qmb-ver": default,
+                   "get-qmb-ver --blocking": took["blocking run"],
+                   "curl --version": took["curl --version"],
+                   "curl of the same page": took["curl of the same page"]})
 
 
 if __name__ == "__main__":
-    main()
+    main(sys.argv[1])
