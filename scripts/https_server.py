@@ -104,9 +104,6 @@ class Server:
         self.response = response
         self.path = path
         self.requests = []
-        self.requested = threading.Event()  # a request is noted
-        self.may_answer = threading.Event()  # cleared, the server keeps its client waiting
-        self.may_answer.set()
         self.context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         self.context.set_ciphers(ciphers)
         self.context.minimum_version = self.context.maximum_version = version
@@ -138,8 +135,6 @@ class Server:
                 return
             request += received
         self.requests.append(request)
-        self.requested.set()
-        self.may_answer.wait()
         wanted = f"GET {self.path}?".encode(), f"GET {self.path} ".encode()
         found = not self.path or request.startswith(wanted)
         response = self.response if found else NOT_FOUND
@@ -157,7 +152,6 @@ class Server:
         return self
 
     def __exit__(self, *_):
-        self.may_answer.set()
         with contextlib.suppress(OSError):  # macOS knows no shutdown of a listening socket
             self.listener.shutdown(socket.SHUT_RDWR)
         self.listener.close()
