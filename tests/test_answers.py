@@ -65,6 +65,7 @@ def test_neither_a_failed_fetch_nor_a_full_device_is_an_error(tool):
     tool.remember("4.7", NEVER_STALE)
     reason = tool.reason("--blocking", host="::1%1")  # an address with a zone
     assert re.fullmatch(r"connect: [\w ]+ \[system:\d+\]\n", reason)  # names no source file
+    assert tool.run_page("--blocking") == Result(0, "", errors="")
     assert tool.run_page() == Result(0, "4.7\n", errors="")
     with open("/dev/full", "w") as full:
         assert tool.run_page(stdout=full) == Result(0, None, errors="")
