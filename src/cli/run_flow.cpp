@@ -8,7 +8,9 @@
 
 #include <boost/program_options/variables_map.hpp>
 
+#include <cstdint>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <string>
 
@@ -28,6 +30,14 @@ int run_blocking(options_map const& options, boost::filesystem::path const& cach
   return EXIT_SUCCESS;
 }
 
+// Exactly a day old is fresh, and so is a time in the future.
+bool is_stale(std::time_t now, std::int64_t timestamp)
+{
+  // In floating point no timestamp overflows, whatever the cache file holds.
+  return static_cast<long double>(now)
+         > static_cast<long double>(timestamp) + staleness_limit_seconds;
+}
+
 int run_from_cache(options_map const& options, boost::filesystem::path const& cache_file,
                    std::string const& name, bool debug)
 {
@@ -44,13 +54,6 @@ int run_from_cache(options_map const& options, boost::filesystem::path const& ca
 }
 
 } // namespace
-
-bool is_stale(std::time_t now, std::int64_t timestamp)
-{
-  // In floating point no timestamp overflows, whatever the cache file holds.
-  return static_cast<long double>(now)
-         > static_cast<long double>(timestamp) + staleness_limit_seconds;
-}
 
 int run(options_map const& options)
 {
