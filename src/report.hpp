@@ -3,8 +3,8 @@
 #include <iostream>
 #include <string_view>
 
-// With debug, writes what went wrong as a line to standard error. The lines that say what a run
-// works on go with the answer, to standard output: see run_flow.cpp.
+// With debug, writes what went wrong as a line to standard error. The other lines of debug, which
+// run_flow.cpp writes, go to standard output.
 inline void report(std::string_view line, bool debug)
 {
   if (debug)

@@ -72,10 +72,10 @@ bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
     timestamp = content.get(path_of(timestamp_pattern, entry_name), std::int64_t{0});
     return true;
   } catch (boost::property_tree::ptree_bad_path const&) {
-    return false; // cannot occur, as both keys have a default; no reason to empty the file
+    return false; // cannot occur, as both keys have a default, and is no reason to empty the file
   } catch (boost::property_tree::ptree_error const& error) {
-    // An invalid file would fail every read and store: empty it for the next store to fill. The
-    // lock is gone by now: an entry stored since the read is lost, too.
+    // With an invalid file every read and store would fail: empty it for the next store to fill.
+    // The lock is gone by now: an entry stored since the read is lost, too.
     std::ofstream const emptied{file_name};
     if (!emptied)
       report(std::strerror(errno), debug);
@@ -92,7 +92,7 @@ void update_last_known(boost::filesystem::path cache_file, std::string entry_nam
 {
   auto const& file_name = cache_file.native();
   try {
-    // The lock needs an existing file. If none can be made, taking the lock tells why.
+    // The lock needs an existing file. If none can be made, taking the lock fails.
     std::ofstream{file_name, std::ios::app}.close();
     file_lock file{file_name.c_str()};
     scoped_file_lock const lock{file, lock_deadline()};

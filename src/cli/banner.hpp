@@ -9,5 +9,5 @@
 std::time_t cvt_DATE_TIME(char const* date, char const* time);
 
 // The line that heads the help: name, version, the maker's notice and the build time. Years outside
-// 1400 to 9999 raise a std::out_of_range.
+// 1400 to 9999 may raise a std::out_of_range.
 std::string banner(std::time_t build_time);

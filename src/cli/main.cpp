@@ -15,8 +15,8 @@
 
 int main(int argc, char* argv[])
 {
-  // What is closed of the standard descriptors is opened on /dev/null: open takes the lowest free
-  // number, and that would go to the cache file, and messages into it.
+  // Standard descriptors that are closed are opened on /dev/null. Else the cache file would get the
+  // number of one, the lowest that is free, and messages would be written into it.
   for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
       return EXIT_FAILURE;

@@ -26,7 +26,7 @@ int run_blocking(options_map const& options, boost::filesystem::path const& cach
     std::cout << release_text << std::endl;
     update_last_known(cache_file, name, release_text, debug);
   }
-  // A failed fetch is no error of the run: the next run tries again.
+  // A failed fetch is no error of the run: a later run tries again.
   return EXIT_SUCCESS;
 }
 
@@ -38,8 +38,8 @@ bool is_stale(std::time_t now, std::int64_t timestamp)
          > static_cast<long double>(timestamp) + staleness_limit_seconds;
 }
 
-int run_from_cache(options_map const& options, boost::filesystem::path const& cache_file,
-                   std::string const& name, bool debug)
+int run_default(options_map const& options, boost::filesystem::path const& cache_file,
+                std::string const& name, bool debug)
 {
   std::string release_text;
   std::int64_t timestamp = 0; // stale, unless an entry is read
@@ -66,5 +66,5 @@ int run(options_map const& options)
     std::cout << "ini entry: " << name << std::endl;
   }
   return options["blocking"].as<bool>() ? run_blocking(options, cache_file, name, debug)
-                                        : run_from_cache(options, cache_file, name, debug);
+                                        : run_default(options, cache_file, name, debug);
 }

@@ -9,5 +9,5 @@
 extern "C" int verify_server_certificates(int preverified, X509_STORE_CTX* store_context) noexcept;
 
 // Whether the platform's trust store accepts the chain that OpenSSL has built so far, the server's
-// own certificate first. False, too, when that is empty or holds what the platform cannot parse.
+// own certificate first. False, too, for an empty chain or one with an unusable certificate.
 bool verify_certificate_chain(X509_STORE_CTX* store_context);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The distributions' own bundles of trust anchors; the first that exists is the platform's.
+// The distributions' own CA bundles; the first that exists is the platform's.
 constexpr std::array bundles{
     "/etc/ssl/certs/ca-certificates.crt",                // Debian, Ubuntu, Arch, Alpine, Gentoo
     "/etc/pki/ca-trust/extracted/pem/tls-ca-bundle.pem", // Fedora, RHEL
@@ -20,7 +20,7 @@ constexpr std::array bundles{
     "/etc/pki/tls/cacert.pem",
     "/etc/ssl/cert.pem",
 };
-// Searched where no bundle exists: one certificate a file, named by its hash.
+// Searched where no bundle exists: one certificate a file, named by the hash of its subject.
 constexpr char const* hashed_directory = "/etc/ssl/certs";
 
 // Keys and signatures of at least 112 bits of security, OpenSSL's own level on Debian, see
@@ -31,7 +31,7 @@ using trust_anchors =
     std::unique_ptr<X509_STORE, decltype([](X509_STORE* store) { X509_STORE_free(store); })>;
 using verification =
     std::unique_ptr<X509_STORE_CTX, decltype([](X509_STORE_CTX* c) { X509_STORE_CTX_free(c); })>;
-using certificate_list =
+using certificate_list = // of certificates that the chain still owns
     std::unique_ptr<STACK_OF(X509), decltype([](STACK_OF(X509) * list) { sk_X509_free(list); })>;
 
 bool load(X509_STORE* anchors)
