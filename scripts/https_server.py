@@ -38,16 +38,14 @@ extendedKeyUsage = serverAuth
 """
 VALID = "20200101000000Z", "20991231000000Z"
 EXPIRED = "20200101000000Z", "20200102000000Z"
-CUT = object()
 FUTURE = "20980101000000Z", "20991231000000Z"
+KEYS = {"EC": "EC ec_paramgen_curve:P-256", "RSA-1024": "RSA rsa_keygen_bits:1024",
+        "RSA-2048": "RSA rsa_keygen_bits:2048"}
+CUT = object()  # a part of a response, see Server
 
 
 def http_response(body):
     return f"HTTP/1.0 200 OK\r\nContent-Length: {len(body)}\r\n\r\n".encode() + body
-
-
-KEYS = {"EC": "EC ec_paramgen_curve:P-256", "RSA-1024": "RSA rsa_keygen_bits:1024",
-        "RSA-2048": "RSA rsa_keygen_bits:2048"}
 
 
 def listen(port=0):
