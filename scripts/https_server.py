@@ -164,8 +164,9 @@ def main():
         listener = listen(arguments.port)  # before a certificate of another server is replaced
     except (OSError, OverflowError) as error:
         parser.exit(1, f"{parser.prog}: give another port than {arguments.port}: {error}\n")
-    make_chain(arguments.folder)
-    server = Server(arguments.folder, ["server", "issuer"], listener=listener,
+    make_certificate(arguments.folder, "root", kind="authority")
+    make_certificate(arguments.folder, "localhost", "root")  # curl compares the name
+    server = Server(arguments.folder, ["localhost", "root"], listener=listener,
                     path="/downloads/page")
     print(server.port, flush=True)
     server.serve()
