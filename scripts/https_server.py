@@ -161,7 +161,7 @@ def main():
     parser.add_argument("port", type=int, nargs="?", default=0)
     arguments = parser.parse_args()
     try:
-        listener = listen(arguments.port)  # before a certificate of another server is replaced
+        listener = listen(arguments.port)  # fails before the files of a running server are replaced
     except (OSError, OverflowError) as error:
         parser.exit(1, f"{parser.prog}: give another port than {arguments.port}: {error}\n")
     make_certificate(arguments.folder, "root", kind="authority")

@@ -1,4 +1,4 @@
-"""What the tests share, certificates, the program and servers, and how a run of them ends."""
+"""What the tests share (certificates, the program and servers), and how a run of pytest ends."""
 import contextlib
 import ctypes
 import os
@@ -11,7 +11,7 @@ import pytest
 
 TESTS = pathlib.Path(__file__).parent
 sys.dont_write_bytecode = True
-shutil.rmtree(TESTS / "__pycache__", ignore_errors=True)  # this file has got there already
+shutil.rmtree(TESTS / "__pycache__", ignore_errors=True)  # this file was compiled into it already
 sys.path.insert(0, str(TESTS.parent / "scripts"))
 
 from https_server import EXPIRED, FUTURE, Server, make_certificate, make_chain

@@ -50,7 +50,7 @@ class Tool:
 
 
 def namespace(*command):
-    """A command to run the program by, where the system allows it."""
+    """The command, for running the program behind it; skips the test where it is not allowed."""
     if not shutil.which(command[0]) or subprocess.run([*command, "true"]).returncode:
         skip(f"needs a namespace by {command[0]}")
     return command

@@ -15,8 +15,8 @@ TRUNCATED = "asio.ssl.stream:1\n"
 
 
 @mark.parametrize("content, text, timestamp", [
-    param(f"# c\r\n\n[{ENTRY}]\r\n info = 1=a \ntimestamp= +9 \n", "1=a\n", 9, id="a file by hand"),
-    param(f"[{ENTRY}]\ntimestamp=-9999999999\n", "", -9999999999, id="a negative 64-bit time"),
+    param(f"# c\r\n\n[{ENTRY}]\r\n info = 1=a \ntimestamp= +9 \n", "1=a\n", 9, id="an edited file"),
+    param(f"[{ENTRY}]\ntimestamp=-9999999999\n", "", -9999999999, id="no info, a 64-bit time"),
     param(f"[{ENTRY}]\ninfo=1\ntimestamp={'9' * 20}\n", "1\n", 0, id="a time of over 64 bits is 0"),
 ])
 def test_what_a_cache_file_answers(tool, content, text, timestamp):
@@ -28,7 +28,7 @@ def test_what_a_cache_file_answers(tool, content, text, timestamp):
 
 
 @mark.parametrize("debug", [[], ["--debug"]], ids=["silently", "with --debug told why"])
-def test_an_invalid_file_refuses_stores_until_a_read_empties_it(tool, serve, debug):
+def test_an_invalid_file_is_left_alone_by_a_store_and_emptied_by_a_read(tool, serve, debug):
     tool.cache.write_text("[E]\nno sign\n")
     error = "<unspecified file>(2): '=' character not found in line\n" if debug else ""
     assert tool.run_page("--blocking", *debug, port=serve().port).errors == error  # stores only
@@ -47,7 +47,7 @@ def test_a_store_keeps_all_but_comments_blank_lines_and_empty_sections(tool, ser
     assert stored == f"k=v\n[{ENTRY}]\ntimestamp={timestamp}\nx=y\ninfo={RELEASE}[F]\ni=3\n"
 
 
-def test_a_lock_is_waited_for_250_ms(tool, serve):
+def test_a_run_waits_250_ms_for_a_lock_and_then_does_without_the_file(tool, serve):
     tool.remember("4.7", NEVER_STALE)
     with open(tool.cache, "a") as lock:
         fcntl.lockf(lock, fcntl.LOCK_EX)
@@ -91,11 +91,11 @@ def test_a_request_has_exactly_these_bytes(tool, serve):
     param(http_response(b""), "", "'<!--ReleaseInfo' delimiter not found.\n", id="no: no block"),
     param(http_response(b"-->" + BLOCK[:-1]), "", "'-->' delimiter not found.\n", id="no: no end"),
     param(http_response(BLOCK)[:-1], "", INCOMPLETE, id="no: less than announced"),
-    param([http_response(BLOCK), CUT], "", TRUNCATED, id="no: cut after the length announced"),
-    param([b"HTTP/1.0 200 OK\r\n\r\n" + BLOCK, CUT], "", TRUNCATED, id="no: cut anywhere"),
+    param([http_response(BLOCK), CUT], "", TRUNCATED, id="no: whole by its length, but cut then"),
+    param([b"HTTP/1.0 200 OK\r\n\r\n" + BLOCK, CUT], "", TRUNCATED, id="no: cut, length unknown"),
     param(http_response(bytes(2**23) + BLOCK), "", TOO_LONG, id="no: more than 8 MiB"),
     param([b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n0\r\n", b"\r"], "", INCOMPLETE,
-          marks=mark.ndebug, id="no: a last chunk cut short in a second record"),
+          marks=mark.ndebug, id="no: chunks that lack their last byte, in two TLS records"),
 ])
 def test_what_counts_as_an_answer(tool, serve, response, text, errors):
     port = serve(response).port

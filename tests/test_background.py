@@ -12,7 +12,7 @@ from program import HOST, PROGRAM, RELEASE, Result, copies, linux_only, namespac
 pytestmark = linux_only
 
 
-def test_the_first_run_has_the_answer_fetched_that_the_second_prints(tool, serve):
+def test_the_first_run_starts_a_copy_that_fetches_what_the_second_prints(tool, serve):
     settings = tool.home / "settings"
     settings.mkdir()
     link = settings / tool.cache.name
@@ -55,9 +55,9 @@ def test_the_copy_is_the_same_program_with_explicit_options_and_no_output(tool):
     param(lambda now: now - 86_401, 1, id="yes: a second older"),
     param(lambda now: 2**63 - 1, 0, id="no: from the future"),
 ])
-def test_an_answer_is_refreshed(tool, timestamp, started):
+def test_an_answer_is_refreshed_when_over_a_day_old(tool, timestamp, started):
     now, seen = 0, None
-    while not now == seen == int(time.time()):  # until a run has seen this second only
+    while not now == seen == int(time.time()):  # until a run began and ended in one second
         wait_for_copies()
         now = int(time.time())
         tool.remember("4.7", timestamp(now))
@@ -65,8 +65,8 @@ def test_an_answer_is_refreshed(tool, timestamp, started):
     assert len(wait_for_copies()) == started
 
 
-def test_an_answer_is_printed_although_no_copy_can_be_started(tool):
-    # The first process of a PID namespace ends here, after which there can be no other.
+def test_without_a_copy_an_answer_is_printed_but_the_run_fails(tool):
+    # "env true" is the first process in the PID namespace: after its end there can be no other.
     last = [*namespace("unshare", "--user", "--pid"), "sh", "-c", 'env true; exec "$@"', "sh"]
     tool.environment["ASAN_OPTIONS"] = "detect_leaks=0"  # the check would need a process
     tool.remember("4.7", 5)

@@ -6,8 +6,8 @@ from program import PROGRAM, linux_only
 
 
 @mark.parametrize("arguments, message", [
-    param(["--ini-dir", ""], "Please provide page target.", id="no page, told first"),
-    param(["--ini-dir", "", "p"], "Unable to establish path for *.ini file.", id="empty --ini-dir"),
+    param(["--ini-dir", ""], "Please provide page target.", id="no page (before other faults)"),
+    param(["--ini-dir", "", "p"], "Unable to establish path for *.ini file.", id="--ini-dir ''"),
     param(["--ini-dir=", "p"], "Exception: the argument for option '--ini-dir' ", id="--ini-dir="),
     param(["a", "b"], "Exception: too many positional options ", id="two pages"),
 ])
@@ -19,7 +19,7 @@ def test_a_wrong_command_line_is_told_in_one_line(tool, arguments, message):
 
 
 @linux_only  # macOS runs no program whose file was changed
-def test_the_help_needs_nothing_and_shows_the_build_time_shifted_by_the_zone(tool):
+def test_the_help_needs_no_home_and_takes_the_build_time_from_local_to_utc(tool):
     # As if compiled at another time: a copy of the program with another __DATE__ and __TIME__.
     content = re.sub(rb"[A-Z][a-z]{2} [ \d]\d \d{4}\0", b"Jul  5 2022\0", PROGRAM.read_bytes())
     tool.program.unlink()
@@ -27,7 +27,7 @@ def test_the_help_needs_nothing_and_shows_the_build_time_shifted_by_the_zone(too
     tool.program.chmod(0o755)
     del tool.environment["HOME"]
     tool.environment["TZ"] = "CET-1CEST,M3.5.0,M10.5.0"  # two hours in summer
-    result = tool.run("--he")  # an option may be abbreviated
+    result = tool.run("--he")  # abbreviated; --debug, --ini-dir and --target are not shown
     assert (result.status, result.errors) == (0, "")
     assert re.fullmatch(r"""QMB Version Getter .* \(2022-Jul-05 07:29:06\)\.
 get-qmb-ver <options> <page target>
@@ -42,11 +42,11 @@ options:
 
 @mark.parametrize("variables, told", [
     param("HOME= USERPROFILE=/u", "Unable to establish", id="an empty HOME hides USERPROFILE"),
-    param("USERPROFILE=/u/ HOMEDRIVE=C: HOMEPATH=/me", ": /u/.qvd_", id="USERPROFILE is second"),
+    param("USERPROFILE=/u/ HOMEDRIVE=C: HOMEPATH=/me", ": /u/.qvd_", id="USERPROFILE, then C:"),
     param(r"HOMEDRIVE=C: HOMEPATH=\Users\me", r": C:/\Users\me/.qvd_", id="a slash after C:"),
     param("HOMEDRIVE=C: HOMEPATH=/me", ": C:/me/.qvd_", id="no second slash after C:"),
 ])
-def test_the_settings_directory(tool, variables, told):
+def test_the_settings_directory_comes_from_these_variables(tool, variables, told):
     del tool.environment["HOME"]
     tool.environment |= dict(variable.split("=") for variable in variables.split())
     result = tool.run("--host", "", "--debug", "--blocking", "p")  # sends nothing, starts no copy

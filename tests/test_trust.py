@@ -1,4 +1,4 @@
-"""Who is believed, by OpenSSL's own trust and by the platform's, which lies in an /etc."""
+"""Who is believed, by OpenSSL's own trust and by the platform's, which is read from /etc."""
 import shutil
 import ssl
 
@@ -48,17 +48,17 @@ def fetch(tool, serve, certificates):
 @mark.parametrize("believed, chain, openssl, platform", [
     param(True, "server issuer", "root", "self-signed", id="yes: a root of OpenSSL"),
     param(True, "server issuer root", NOBODY, "root", id="yes: a root of the platform"),
-    param(True, "server issuer", NOBODY, "server", id="yes: a server of the platform"),
-    param(True, "self-signed", NOBODY, "self-signed", id="yes: its self-signed server"),
-    param(False, "weak-server weak-issuer", NOBODY, "weak-root", id="no: its 1024-bit RSA root"),
-    param(False, "server issuer", NOBODY, "expired-root", id="no: its expired root"),
+    param(True, "server issuer", NOBODY, "server", id="yes: a server that the platform lists"),
+    param(True, "self-signed", NOBODY, "self-signed", id="yes: self-signed, on the platform"),
+    param(False, "weak-server weak-issuer", NOBODY, "weak-root", id="no: platform root, RSA-1024"),
+    param(False, "server issuer", NOBODY, "expired-root", id="no: an expired root of the platform"),
     param(False, "server", NOBODY, "issuer", id="no: a server that sends no issuer"),
-    param(False, "server issuer", "expired-root", "root", id="no: expired, as OpenSSL knows it"),
-    param(False, "server issuer", "future-root", "root", id="no: not begun, as OpenSSL knows it"),
-    param(False, "server issuer", "forged/root", "root", id="no: other key, as OpenSSL knows it"),
+    param(False, "server issuer", "expired-root", "root", id="no: OpenSSL's root has expired"),
+    param(False, "server issuer", "future-root", "root", id="no: OpenSSL's root is not valid yet"),
+    param(False, "server issuer", "forged/root", "root", id="no: OpenSSL's root has another key"),
     param(False, "server issuer root", NOBODY, None, id="no: a root that nobody trusts"),
     param(False, "expired-server issuer", "root", None, id="no: an expired server"),
-    param(False, "weak-server weak-issuer", "weak-root", None, id="no: 1024-bit RSA in OpenSSL"),
+    param(False, "weak-server weak-issuer", "weak-root", None, id="no: OpenSSL root, RSA-1024"),
 ])
 def test_who_is_believed(fetch, believed, chain, openssl, platform):
     assert fetch(chain, openssl, platform) == believed
@@ -70,12 +70,12 @@ def test_who_is_believed(fetch, believed, chain, openssl, platform):
     param({"version": ssl.TLSVersion.TLSv1_3}, id="TLS 1.3"),
     param({"ciphers": "aNULL:@SECLEVEL=0"}, id="ciphers without certificates"),
 ])
-def test_a_server_is_refused_that_offers_only(fetch, server):
+def test_only_tls_1_2_with_certificates_is_spoken(fetch, server):
     assert not fetch("server issuer", "root", **server)
 
 
-def test_openssl_is_configured_as_in_any_program(tool, fetch):
-    configuration = tool.home / "openssl.cnf"  # leads to the security level 0
+def test_the_configuration_file_of_openssl_is_obeyed(tool, fetch):
+    configuration = tool.home / "openssl.cnf"  # allows RSA-1024, by the security level 0
     configuration.write_text("openssl_conf = a\n[a]\nssl_conf = b\n[b]\nsystem_default = c\n"
                              "[c]\nCipherString = DEFAULT:@SECLEVEL=0\n")
     tool.environment["OPENSSL_CONF"] = str(configuration)

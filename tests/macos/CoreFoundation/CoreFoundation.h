@@ -1,7 +1,7 @@
 #pragma once
 
 // Stands in for two frameworks of macOS, so that platform_trust_macos.cpp runs on Linux and trusts
-// what Linux trusts, by a policy for servers of any name only. Objects lie on the heap, where the
+// what Linux trusts, if asked for servers of any name. Objects lie on the heap, where the
 // sanitizers see a release too many, too few or too early.
 #include "fetch/module/platform_trust.hpp"
 
