@@ -11,8 +11,7 @@ fetch_function* open_module()
 {
   // An absolute path; on some systems it is the symbolic link through which the program was called.
   auto const program = boost::dll::program_location();
-  // Weakly: the program may have been removed. With a base: the working directory may have been,
-  // too.
+  // Weakly, and with a base: program and working directory may have been removed meanwhile.
   auto const folder = weakly_canonical(program, program.root_path()).parent_path();
   auto const file = (folder / MODULE_FROM_PROGRAM).lexically_normal(); // for the message
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -20,6 +20,5 @@ using fetch_function = bool(char const* host, char const* port, char const* requ
 // time-out, and calls handle_body once when the response is complete, whatever its status code.
 // Returns true when handle_body did and the exchange ended cleanly. Returns false on any failure;
 // with debug, a line on standard error tells which. Every std::exception is caught.
-[[gnu::visibility(
-    "default")]] fetch_function fetch_over_https; // for builds with -fvisibility=hidden
+[[gnu::visibility("default")]] fetch_function fetch_over_https; // whatever -fvisibility says
 }
