@@ -34,7 +34,7 @@ using verification =
 using certificate_list = // of certificates that the chain still owns
     std::unique_ptr<STACK_OF(X509), decltype([](STACK_OF(X509) * list) { sk_X509_free(list); })>;
 
-bool load(X509_STORE* anchors)
+bool load_platform_anchors(X509_STORE* anchors)
 {
   for (char const* const bundle : bundles)
     if (access(bundle, F_OK) == 0)
@@ -56,7 +56,7 @@ bool evaluate(std::span<platform_certificate const> chain)
   certificate_list const untrusted = issuers(chain);
   trust_anchors const anchors{X509_STORE_new()};
   verification const context{X509_STORE_CTX_new()};
-  if (!untrusted || !anchors || !context || !load(anchors.get()))
+  if (!untrusted || !anchors || !context || !load_platform_anchors(anchors.get()))
     return false;
   auto* const server = static_cast<X509*>(chain.front().get());
   if (!X509_STORE_CTX_init(context.get(), anchors.get(), server, untrusted.get())
