@@ -1,6 +1,6 @@
 #include "cli/banner.hpp"
 
-#include "cli/build_settings.hpp"
+#include "build_settings.hpp"
 
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <boost/format.hpp>

@@ -1,6 +1,6 @@
 #include "cli/command_line.hpp"
 
-#include "cli/build_settings.hpp"
+#include "build_settings.hpp"
 
 #include <boost/program_options.hpp>
 

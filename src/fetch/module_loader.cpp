@@ -1,5 +1,7 @@
 #include "fetch/module_loader.hpp"
 
+#include "build_settings.hpp"
+
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <boost/filesystem/operations.hpp>
 
@@ -13,7 +15,7 @@ fetch_function* open_module()
   auto const program = boost::dll::program_location();
   // Weakly, and with a base: program and working directory may have been removed meanwhile.
   auto const folder = weakly_canonical(program, program.root_path()).parent_path();
-  auto const file = (folder / MODULE_FROM_PROGRAM).lexically_normal(); // for the message
+  auto const file = (folder / module_from_program).lexically_normal(); // for the message
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module)
     throw std::runtime_error{dlerror()};

@@ -8,7 +8,6 @@
 #include <boost/asio/ssl.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
-#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 
@@ -28,7 +27,6 @@ constexpr int http_1_0 = 10;
 // certificate is believed.
 ssl::context verifying_context()
 {
-  OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr); // its cleanup at exit costs 3% of a fetch
   ssl::context context{ssl::context::tlsv12_client};
   // Asio's own call takes another kind of callback. The verify mode stays until it is set below.
   SSL_CTX_set_verify(context.native_handle(), SSL_CTX_get_verify_mode(context.native_handle()),
