@@ -20,7 +20,8 @@
 // The lock is a POSIX record lock: it lapses as soon as this process closes any descriptor of the
 // file. So a read is locked until its stream closes, and a store writes without the lock: a reader
 // may then see an empty or half-written file, and an entry that another process stores meanwhile is
-// lost. This is intended: keep the order in which the streams below are opened and closed.
+// lost, see "Kept on purpose" in architecture.md. Keep the order in which the streams below are
+// opened and closed.
 
 namespace {
 

@@ -12,8 +12,8 @@
 // standard error tells what failed.
 
 // Reads one entry and returns true; a missing or bad value reads as "" or 0. Returns false and
-// leaves both outputs alone when the file is missing or cannot be opened or locked. Does so and
-// empties the file when reading it fails or it is not valid INI.
+// leaves both outputs alone when the file is missing or cannot be opened, locked or read, or is not
+// valid INI. A file that was opened but cannot be read or is not valid INI is emptied.
 bool get_last_known(boost::filesystem::path cache_file, std::string entry_name,
                     std::string& release_text, std::int64_t& timestamp, bool debug);
 

@@ -24,8 +24,7 @@ std::time_t cvt_DATE_TIME(char const* date, char const* time)
 
 std::string banner(std::time_t build_time)
 {
-  // The time was read as local time and is shown as UTC, on purpose: in another time zone the same
-  // build shows another time.
+  // Read as local time, shown as UTC: see "Kept on purpose" in architecture.md.
   auto const built = boost::posix_time::from_time_t(build_time);
   return str(boost::format{"QMB Version Getter %1%%3% (%2%)."} % program_version
              % to_simple_string(built) % maker_notice);

@@ -16,7 +16,7 @@
 int main(int argc, char* argv[])
 {
   // Standard descriptors that are closed are opened on /dev/null. Else the cache file would get the
-  // number of one, the lowest that is free, and messages would be written into it.
+  // lowest free number, which would be that of standard error, and messages would go into it.
   for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0)
       return EXIT_FAILURE;
@@ -40,7 +40,7 @@ int main(int argc, char* argv[])
     std::cerr << "Exception: " << error.what() << std::endl;
     return EXIT_FAILURE;
   }
-  // Outside the handler on purpose: "Exception: " is about the command line and the help. What
-  // escapes run is no fault of the caller's and ends the process by a signal.
+  // Outside the handler: "Exception: " is about the command line and the help. What escapes run is
+  // no fault of the caller's and ends the process by a signal.
   return run(options);
 }

@@ -13,7 +13,7 @@ fetch_function* open_module()
 {
   // An absolute path; on some systems it is the symbolic link through which the program was called.
   auto const program = boost::dll::program_location();
-  // Weakly, and with a base: program and working directory may have been removed meanwhile.
+  // This works even when the program or the working directory was removed meanwhile.
   auto const folder = weakly_canonical(program, program.root_path()).parent_path();
   auto const file = (folder / module_from_program).lexically_normal(); // for the message
   void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int largest_query_number = 1000;
 
-// Never seeded, on purpose: every run with the same options sends the same request.
+// Never seeded: see "Kept on purpose" in architecture.md.
 boost::random::mt19937 rangen;
 
 std::string request_target_of(std::string const& page)

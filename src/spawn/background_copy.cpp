@@ -28,7 +28,7 @@ bool discard_output()
     return report_failure("Unble to open /dev/null.");
   if (dup2(null, STDOUT_FILENO) < 0 || dup2(null, STDERR_FILENO) < 0)
     return report_failure("dup2 call failed.");
-  // The descriptor is left open on purpose: all that it holds is /dev/null.
+  // The copy keeps the descriptor: all that it holds is /dev/null.
   return true;
 }
 

@@ -23,8 +23,7 @@ namespace {
 
 constexpr int http_1_0 = 10;
 
-// The host name is not compared with the certificate, on purpose: any server with a trusted
-// certificate is believed.
+// Does not compare the host name with the certificate: see "Kept on purpose" in architecture.md.
 ssl::context verifying_context()
 {
   ssl::context context{ssl::context::tlsv12_client};
@@ -57,8 +56,7 @@ bool fetch_over_https(char const* host, char const* port, char const* request_ta
     ssl::stream<beast::tcp_stream> stream{io, context};
     if (!SSL_set_tlsext_host_name(stream.native_handle(), host))
       throw beast::system_error{static_cast<int>(ERR_get_error()), net::error::get_ssl_category()};
-    // No time-outs, on purpose: a silent server holds this process for as long as it likes. A
-    // caller of a blocking run asked to wait, and for a background copy nobody waits.
+    // No time-outs: a caller of a blocking run asked to wait, and for a copy nobody waits.
     beast::get_lowest_layer(stream).connect(resolver.resolve(host, port));
     stream.handshake(ssl::stream_base::client);
 
@@ -78,7 +76,7 @@ bool fetch_over_https(char const* host, char const* port, char const* request_ta
 
     stream.shutdown(error);
     if (error == net::error::eof)
-      error = {}; // the server ended TLS by an alert of its own, as close_notify: a clean end
+      error = {}; // the server has ended TLS, by close_notify or another alert: a clean end
     if (error)
       report(error.to_string(), debug);
     return !error;
