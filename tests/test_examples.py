@@ -1,0 +1,33 @@
+"""The examples that lie beside the program, in the shells that they are for."""
+import shutil
+import subprocess
+
+from pytest import mark, param, skip
+
+from program import PROGRAM
+
+EXAMPLES = PROGRAM.parent.parent / "share/doc/get-qmb-ver/examples"
+ENTRY = "RevisionInfo-F52DE1D45C6EB51C"  # of the host and the page that the examples ask for
+STORED = "4.7\x1b[1m\x9b$(echo no)`echo no`%n\\u\\033é"  # \x1b and \x9b command a terminal
+SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
+
+
+@mark.parametrize("shell, commands, before, own", [
+    param("bash", "PS1='$?> '; . ./prompt.bash; . ./prompt.bash; (exit 3); echo \"${PS1@P}\"",
+          "[{}] ", "3> \n", id="prompt.bash"),
+    param("zsh", "PS1='%?> '; . ./prompt.zsh; . ./prompt.zsh; $precmd_functions; (exit 3);"
+          "print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh"),
+    param("fish", "function fish_prompt; echo $status'> '; end; . ./prompt.fish; . ./prompt.fish;"
+          "sh -c 'exit 3'; fish_prompt", "[{}] ", "3> \n", id="prompt.fish"),
+    param("sh", "sh -eu news.sh; sh -eu news.sh", "New QMB release: {}\n", "", id="news, once"),
+    param("sh", "./60-qmb-motd", "Latest QMB release: {}\n", "", id="message of the day"),
+    param("sh", "sh -eu status-bar.sh", "QMB {}\n", "", id="status bar"),
+])
+def test_an_example_shows_the_answer_and_obeys_nothing_in_it(tool, shell, commands, before, own):
+    if not shutil.which(shell):
+        skip(f"needs {shell}")
+    for stored, expected in {"": own, STORED: before.format(SHOWN) + own}.items():
+        tool.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")
+        run = subprocess.run([shell, "-c", commands], cwd=EXAMPLES, encoding="utf-8", check=True,
+                             env=tool.environment | {"LC_ALL": "C.UTF-8"}, capture_output=True)
+        assert (run.stdout, run.stderr) == (expected, "")
