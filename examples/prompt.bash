@@ -1,9 +1,9 @@
-# The latest release before your own prompt in bash. Copy it, set host and page, and read the copy at
-# the end of ~/.bashrc, after what sets PS1:
+# The latest release before your own prompt in bash. Copy it, set host and page, and source the
+# copy at the end of ~/.bashrc, after what sets PS1:
 #
 #     . ~/prompt.bash
 #
-# Where a timer fetches twice a day (get-qmb-ver.timer, crontab), no prompt starts a copy.
+# Where a timer or cron fetches twice a day, no prompt starts a background copy.
 qmb_host=www.example.org
 qmb_page=/downloads/page
 
@@ -15,6 +15,6 @@ qmb_release() {
   return "$status"
 }
 
-# bash puts in what the function prints after all else is expanded: nothing in it is executed.
+# bash shows what the function prints as it is: nothing in it is expanded or executed.
 # shellcheck disable=SC2016 # to be expanded at each prompt
 [[ ${PS1-} == *'$(qmb_release)'* ]] || PS1='$(qmb_release)'${PS1-}

@@ -1,9 +1,9 @@
-# The latest release before your own prompt in fish. Copy it, set host and page, and read the copy at
-# the end of ~/.config/fish/config.fish:
+# The latest release before your own prompt in fish. Copy it, set host and page, and source the
+# copy at the end of ~/.config/fish/config.fish:
 #
 #     source ~/prompt.fish
 #
-# Where a timer fetches twice a day (get-qmb-ver.timer, crontab), no prompt starts a copy.
+# Where a timer or cron fetches twice a day, no prompt starts a background copy.
 set -g qmb_host www.example.org
 set -g qmb_page /downloads/page
 

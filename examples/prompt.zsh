@@ -1,9 +1,9 @@
-# The latest release before your own prompt in zsh. Copy it, set host and page, and read the copy at
-# the end of ~/.zshrc, after what sets the prompt:
+# The latest release before your own prompt in zsh. Copy it, set host and page, and source the
+# copy at the end of ~/.zshrc, after what sets the prompt:
 #
 #     . ~/prompt.zsh
 #
-# Where a timer fetches twice a day (get-qmb-ver.timer, crontab), no prompt starts a copy.
+# Where a timer or cron fetches twice a day, no prompt starts a background copy.
 qmb_host=www.example.org
 qmb_page=/downloads/page
 
