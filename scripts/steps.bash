@@ -1,4 +1,3 @@
-# shellcheck shell=bash
 # What the scripts share: a temporary folder, $folder, which goes away with the script, and steps.
 
 folder=$(mktemp -d)
