@@ -5,42 +5,24 @@ FOLDER/root.pem, prints its port and serves /downloads/page, with a release bloc
 """
 import argparse
 import contextlib
+import datetime
 import pathlib
 import socket
 import ssl
-import subprocess
-import sys
 import threading
+
+from cryptography import x509
+from cryptography.hazmat.primitives import hashes
+from cryptography.hazmat.primitives.asymmetric import ec, rsa
+from cryptography.hazmat.primitives.serialization import (
+    Encoding, NoEncryption, PrivateFormat, load_pem_private_key)
+from cryptography.x509.oid import ExtendedKeyUsageOID, NameOID
 
 PAGE = b"<html><body>\n<!--ReleaseInfo\r\n4.7.2 (2022-06-30)\r\n-->\n</body></html>\n"
 NOT_FOUND = b"HTTP/1.0 404 Not Found\r\n\r\n"
-OPENSSL_SETTINGS = """
-[req]
-distinguished_name = dn
-[ca]
-default_ca = issuing
-[issuing]
-database = issued.txt
-new_certs_dir = .
-rand_serial = yes
-unique_subject = no
-policy = dn
-[dn]
-commonName = supplied
-[authority]
-basicConstraints = critical, CA:TRUE
-subjectKeyIdentifier = hash
-authorityKeyIdentifier = none
-[server]
-basicConstraints = CA:FALSE
-authorityKeyIdentifier = none
-extendedKeyUsage = serverAuth
-"""
-VALID = "20200101000000Z", "20991231000000Z"
-EXPIRED = "20200101000000Z", "20200102000000Z"
-FUTURE = "20980101000000Z", "20991231000000Z"
-KEYS = {"EC": "EC ec_paramgen_curve:P-256", "RSA-1024": "RSA rsa_keygen_bits:1024",
-        "RSA-2048": "RSA rsa_keygen_bits:2048"}
+VALID = datetime.datetime(2020, 1, 1), datetime.datetime(2099, 12, 31)
+EXPIRED = datetime.datetime(2020, 1, 1), datetime.datetime(2020, 1, 2)
+FUTURE = datetime.datetime(2098, 1, 1), datetime.datetime(2099, 12, 31)
 CUT = object()  # a part of a response, see Server
 
 
@@ -53,39 +35,43 @@ def listen(port=0):
     return socket.create_server(("127.0.0.1", port))
 
 
-def make_certificate(folder, name, issuer=None, kind="server", key="EC", validity=VALID,
+def new_key(rsa_bits):
+    """A private key as PEM: RSA of so many bits, or an elliptic curve's for None."""
+    key = (rsa.generate_private_key(public_exponent=65537, key_size=rsa_bits) if rsa_bits else
+           ec.generate_private_key(ec.SECP256R1()))
+    return key.private_bytes(Encoding.PEM, PrivateFormat.PKCS8, NoEncryption())
+
+
+def make_certificate(folder, name, issuer=None, authority=False, rsa_bits=None, validity=VALID,
                      subject=None):
-    """Makes name.pem in the folder, signed by the issuer of that folder or itself.
+    """Makes name.pem in the folder, signed with the key of the issuer or its own.
 
     The subject, by default the name, is what the certificate calls itself and owns the key,
     subject.key, which is made unless it is there already.
     """
-    subject = subject or name
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
-    (folder / "openssl.cnf").write_text(OPENSSL_SETTINGS)
-    (folder / "issued.txt").touch()
-
-    def openssl(*arguments):
-        subprocess.run(["openssl", *arguments], cwd=folder, check=True, capture_output=True)
-
+    subject = subject or name
+    issuer = issuer or subject
     if not (folder / f"{subject}.key").exists():
-        algorithm, size = KEYS[key].split()
-        openssl("genpkey", "-algorithm", algorithm, "-pkeyopt", size, "-out", f"{subject}.key")
-    openssl("req", "-config", "openssl.cnf", "-new", "-key", f"{subject}.key",
-            "-subj", f"/CN={subject}", "-out", f"{name}.csr")
-    signed_by = (["-cert", f"{issuer}.pem", "-keyfile", f"{issuer}.key"] if issuer else
-                 ["-selfsign", "-keyfile", f"{subject}.key"])
-    not_before, not_after = validity
-    openssl("ca", "-batch", "-config", "openssl.cnf", *signed_by, "-in", f"{name}.csr",
-            "-md", "sha256", "-startdate", not_before, "-enddate", not_after, "-extensions", kind,
-            "-notext", "-out", f"{name}.pem")
+        (folder / f"{subject}.key").write_bytes(new_key(rsa_bits))
+    keys, names = {}, {}
+    for who in subject, issuer:
+        keys[who] = load_pem_private_key((folder / f"{who}.key").read_bytes(), password=None)
+        names[who] = x509.Name([x509.NameAttribute(NameOID.COMMON_NAME, who)])
+    builder = x509.CertificateBuilder(names[issuer], names[subject], keys[subject].public_key(),
+                                      x509.random_serial_number(), *validity)
+    builder = builder.add_extension(x509.BasicConstraints(authority, None), critical=True)
+    builder = builder.add_extension(x509.ExtendedKeyUsage([ExtendedKeyUsageOID.SERVER_AUTH]), False)
+    certificate = builder.sign(keys[issuer], hashes.SHA256())
+    (folder / f"{name}.pem").write_bytes(certificate.public_bytes(Encoding.PEM))
 
 
-def make_chain(folder, prefix="", key="EC"):
+def make_chain(folder, prefix="", root_bits=None):
     """Makes the authority "root" with such a key, "issuer", signed by it, and "server" by that."""
-    make_certificate(folder, f"{prefix}root", kind="authority", key=key)
-    make_certificate(folder, f"{prefix}issuer", f"{prefix}root", kind="authority")
+    make_certificate(folder, f"{prefix}root", authority=True, rsa_bits=root_bits)
+    # Has the longest certificate of the three, as only it holds an RSA key of 2048 bits.
+    make_certificate(folder, f"{prefix}issuer", f"{prefix}root", authority=True, rsa_bits=2048)
     make_certificate(folder, f"{prefix}server", f"{prefix}issuer")
 
 
@@ -164,7 +150,7 @@ def main():
         listener = listen(arguments.port)  # fails before the files of a running server are replaced
     except (OSError, OverflowError) as error:
         parser.exit(1, f"{parser.prog}: give another port than {arguments.port}: {error}\n")
-    make_certificate(arguments.folder, "root", kind="authority")
+    make_certificate(arguments.folder, "root", authority=True)
     make_certificate(arguments.folder, "localhost", "root")  # curl compares the name
     server = Server(arguments.folder, ["localhost", "root"], listener=listener,
                     path="/downloads/page")

@@ -36,12 +36,12 @@ def certificates():
         folder = pathlib.Path(name).resolve()
         make_certificate(folder, "self-signed")
         shutil.copy(folder / "self-signed.pem", folder / "0527de24.0")  # by "openssl x509 -hash"
-        make_chain(folder, key="RSA-2048")
-        make_chain(folder, "weak-", key="RSA-1024")
+        make_chain(folder)
+        make_chain(folder, "weak-", root_bits=1024)
         make_certificate(folder, "expired-server", "issuer", validity=EXPIRED)
         for other, validity in {"expired-root": EXPIRED, "future-root": FUTURE}.items():
-            make_certificate(folder, other, kind="authority", subject="root", validity=validity)
-        make_certificate(folder / "forged", "root", kind="authority", key="RSA-2048")
+            make_certificate(folder, other, authority=True, subject="root", validity=validity)
+        make_certificate(folder / "forged", "root", authority=True)
         (folder / "unusable.pem").write_text("no certificate\n")
         yield folder
 
