@@ -15,7 +15,7 @@ shutil.rmtree(TESTS / "__pycache__", ignore_errors=True)  # this file was compil
 sys.path.insert(0, str(TESTS.parent / "scripts"))
 
 from https_server import EXPIRED, FUTURE, Server, make_certificate, make_chain
-from program import PROGRAM, Tool, wait_for_copies
+from program import PROGRAM, User, wait_for_copies
 
 
 def pytest_configure(config):
@@ -47,12 +47,12 @@ def certificates():
 
 
 @pytest.fixture
-def tool(certificates):
+def user(certificates):
     linux = sys.platform == "linux"
     if linux:  # background copies become children of the test
         ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER, see prctl(2)
     with tempfile.TemporaryDirectory() as home:
-        yield Tool(home, certificates)
+        yield User(home, certificates)
         if linux:
             wait_for_copies()
 

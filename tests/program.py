@@ -1,4 +1,4 @@
-"""The program as users run it: by its name, through a PATH, with a home directory of its own."""
+"""A user, who runs the program by its name, through a PATH, with a home directory of their own."""
 import collections
 import os
 import pathlib
@@ -18,8 +18,8 @@ Result = collections.namedtuple("Result", "status output errors")
 linux_only = mark.skipif(sys.platform != "linux", reason="needs Linux")
 
 
-class Tool:
-    """The program, which trusts the server "self-signed"."""
+class User:
+    """Has a home, a cache file and an environment, and trusts the server "self-signed"."""
 
     def __init__(self, home, certificates):
         self.home = pathlib.Path(home).resolve()

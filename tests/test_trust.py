@@ -13,14 +13,14 @@ NOBODY = "no file of this name"
 
 
 @fixture
-def fetch(tool, serve, certificates):
+def fetch(user, serve, certificates):
     """Fetches from a server that sends chain, and tells whether it was believed.
 
     OpenSSL trusts the certificate that is named. The platform trusts another, or others by place,
     in an /etc of the program's own; by default, what this machine trusts.
     """
     def own_etc(platform, port):
-        etc = tool.home / "etc"
+        etc = user.home / "etc"
         places = platform if isinstance(platform, dict) else {BUNDLES[0]: platform}
         for place, name in places.items():
             (etc / place).parent.mkdir(parents=True, exist_ok=True)
@@ -33,10 +33,10 @@ def fetch(tool, serve, certificates):
 
     def fetch(chain, openssl, platform=None, **server):
         port = serve(chain=chain.split(), **server).port
-        tool.environment |= {"SSL_CERT_DIR": "/none",
+        user.environment |= {"SSL_CERT_DIR": "/none",
                              "SSL_CERT_FILE": f"{certificates}/{openssl}.pem"}
         where = own_etc(platform, port) if platform else {"port": port}
-        result = tool.run_page("--blocking", "--debug", **where)
+        result = user.run_page("--blocking", "--debug", **where)
         believed = not result.errors
         assert result.output.endswith(RELEASE) == believed
         assert believed or result.errors.startswith("handshake: ")
@@ -74,11 +74,11 @@ def test_only_tls_1_2_with_certificates_is_spoken(fetch, server):
     assert not fetch("server issuer", "root", **server)
 
 
-def test_the_configuration_file_of_openssl_is_obeyed(tool, fetch):
-    configuration = tool.home / "openssl.cnf"  # allows RSA-1024, by the security level 0
+def test_the_configuration_file_of_openssl_is_obeyed(user, fetch):
+    configuration = user.home / "openssl.cnf"  # allows RSA-1024, by the security level 0
     configuration.write_text("openssl_conf = a\n[a]\nssl_conf = b\n[b]\nsystem_default = c\n"
                              "[c]\nCipherString = DEFAULT:@SECLEVEL=0\n")
-    tool.environment["OPENSSL_CONF"] = str(configuration)
+    user.environment["OPENSSL_CONF"] = str(configuration)
     assert fetch("weak-server weak-issuer", "weak-root")
 
 
