@@ -22,7 +22,6 @@ PAGE = b"<html><body>\n<!--ReleaseInfo\r\n4.7.2 (2022-06-30)\r\n-->\n</body></ht
 NOT_FOUND = b"HTTP/1.0 404 Not Found\r\n\r\n"
 VALID = datetime.datetime(2020, 1, 1), datetime.datetime(2099, 12, 31)
 EXPIRED = datetime.datetime(2020, 1, 1), datetime.datetime(2020, 1, 2)
-FUTURE = datetime.datetime(2098, 1, 1), datetime.datetime(2099, 12, 31)
 CUT = object()  # a part of a response, see Server
 
 

@@ -10,25 +10,22 @@
 platform_certificate create_linux_certificate(std::span<unsigned char const> der);
 bool is_trusted_on_linux(std::span<platform_certificate const> chain);
 
-struct object {
-  std::span<unsigned char const> data = {};
-  platform_certificate certificate{nullptr, nullptr};
-  std::vector<void const*> chain = {};
-};
+// clang-format off
+struct object { std::vector<unsigned char> der = {}; std::vector<void const*> chain = {}; };
 typedef object *CFDataRef, *CFArrayRef, *SecCertificateRef, *SecPolicyRef, *SecTrustRef;
 using CFIndex = long;
 constexpr void* kCFAllocatorNull = nullptr;
 constexpr int errSecSuccess = 0;
 
-// clang-format off
 inline void CFRelease(void const* released)
 { delete static_cast<object const*>(released); }
 
 inline CFDataRef CFDataCreateWithBytesNoCopy(void*, unsigned char const* bytes, CFIndex size, void*)
-{ return new object{.data = {bytes, static_cast<std::size_t>(size)}}; }
+{ return new object{.der = {bytes, bytes + size}}; }
 
+// Takes a certificate only, with no byte behind it: its length stands in the third and fourth byte.
 inline SecCertificateRef SecCertificateCreateWithData(void*, CFDataRef data)
-{ return new object{.certificate = create_linux_certificate(data->data)}; }
+{ return data->der.size() == 4u + data->der[2] * 256u + data->der[3] ? new object{*data} : nullptr; }
 
 inline CFArrayRef CFArrayCreate(void*, void const** values, CFIndex count, void*)
 { return new object{.chain = std::vector(values, values + count)}; }
@@ -44,6 +41,6 @@ inline bool SecTrustEvaluateWithError(SecTrustRef trust, void*)
 {
   std::vector<platform_certificate> chain;
   for (void const* const certificate : trust->chain)
-    chain.emplace_back(static_cast<object const*>(certificate)->certificate.get(), [](void*) {});
+    chain.push_back(create_linux_certificate(static_cast<object const*>(certificate)->der));
   return is_trusted_on_linux(chain);
 }
