@@ -1,26 +1,29 @@
-"""What the tests share (certificates, the program and servers), and how a run of pytest ends."""
+"""What the tests share (certificates, users and servers), and how a run of pytest ends."""
 import contextlib
 import ctypes
 import os
 import pathlib
 import shutil
+import signal
 import sys
 import tempfile
 
 import pytest
 
-TESTS = pathlib.Path(__file__).parent
 sys.dont_write_bytecode = True
-shutil.rmtree(TESTS / "__pycache__", ignore_errors=True)  # this file was compiled into it already
-sys.path.insert(0, str(TESTS.parent / "scripts"))
+pytest.register_assert_rewrite("program")  # so that its failures show both sides, too
 
-from https_server import EXPIRED, FUTURE, Server, make_certificate, make_chain
-from program import PROGRAM, User, wait_for_copies
+from https_server import EXPIRED, Server, make_certificate, make_chain
+from program import PROGRAM, TESTS, User, copies, wait_for_copies
+
+shutil.rmtree(TESTS / "__pycache__", ignore_errors=True)  # this file was compiled into it already
 
 
 def pytest_configure(config):
-    if config.inipath != TESTS / "pytest.ini" or not PROGRAM.is_file():
-        raise pytest.UsageError(f"run it as: GET_QMB_VER=path/to/get-qmb-ver pytest-3 {TESTS}")
+    if config.inipath != TESTS / "pytest.ini" or not PROGRAM.is_file() or sys.platform != "linux":
+        raise pytest.UsageError(f"on Linux: GET_QMB_VER=path/to/get-qmb-ver pytest-3 {TESTS}")
+    # Background copies become children of the test: PR_SET_CHILD_SUBREAPER, see prctl(2).
+    ctypes.CDLL(None).prctl(36, 1)
 
 
 def pytest_sessionfinish(session, exitstatus):
@@ -33,33 +36,29 @@ def pytest_sessionfinish(session, exitstatus):
 def certificates():
     """A folder with authorities, servers of theirs and a self-signed server."""
     with tempfile.TemporaryDirectory() as name:
-        folder = pathlib.Path(name).resolve()
-        make_certificate(folder, "self-signed")
-        shutil.copy(folder / "self-signed.pem", folder / "0527de24.0")  # by "openssl x509 -hash"
+        folder = pathlib.Path(name)
+        make_certificate(folder, "self-signed", rsa_bits=2048)
         make_chain(folder)
         make_chain(folder, "weak-", root_bits=1024)
-        make_certificate(folder, "expired-server", "issuer", validity=EXPIRED)
-        for other, validity in {"expired-root": EXPIRED, "future-root": FUTURE}.items():
-            make_certificate(folder, other, authority=True, subject="root", validity=validity)
+        make_certificate(folder, "expired-root", authority=True, subject="root", validity=EXPIRED)
         make_certificate(folder / "forged", "root", authority=True)
-        (folder / "unusable.pem").write_text("no certificate\n")
         yield folder
 
 
 @pytest.fixture
 def user(certificates):
-    linux = sys.platform == "linux"
-    if linux:  # background copies become children of the test
-        ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER, see prctl(2)
     with tempfile.TemporaryDirectory() as home:
         yield User(home, certificates)
-        if linux:
-            wait_for_copies()
+        for copy in copies():  # after a failure, they may wait for what never comes
+            os.kill(copy, signal.SIGKILL)
+        wait_for_copies()
 
 
 @pytest.fixture
 def serve(certificates):
-    """Starts servers, which end with the test."""
+    """Starts servers, which end with the test and have none but old ciphers (CBC) by default."""
     with contextlib.ExitStack() as servers:
-        yield lambda *arguments, chain=["self-signed"], **options: servers.enter_context(
-            Server(certificates, chain, *arguments, **options))
+        def serve(*arguments, chain="self-signed", ciphers="AES+SHA1:@SECLEVEL=0", **options):
+            server = Server(certificates, chain.split(), *arguments, ciphers=ciphers, **options)
+            return servers.enter_context(server)
+        yield serve
