@@ -1,0 +1,6 @@
+# The options that zsh offers once compinit has found the file: what it says about arguments.
+fpath=("${1:h}" $fpath)
+autoload -U compinit
+compinit -u -D
+_arguments() { print -r -- "$@" }
+"$_comps[get-qmb-ver]"
