@@ -64,5 +64,5 @@ def copies():
 
 
 def wait_for_copies():
-    """Waits until they have ended and returns their exit statuses."""
-    return [os.waitstatus_to_exitcode(os.waitpid(copy, 0)[1]) for copy in copies()]
+    """Waits until there is none left and returns their exit statuses."""
+    return [os.waitstatus_to_exitcode(os.wait()[1]) for _ in iter(copies, [])]
