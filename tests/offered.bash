@@ -1,4 +1,3 @@
-# The options that bash offers once it has sourced the file.
 # shellcheck source=/dev/null
 . "$1"
 read -r -a registered <<<"$(complete -p get-qmb-ver)" # complete -F FUNCTION get-qmb-ver

@@ -1,2 +1,1 @@
-# shellcheck shell=sh # the options that the manual explains
 gzip -cdf "$1" | sed -n 's/^\.It Fl -/--/p'

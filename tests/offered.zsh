@@ -1,6 +1,4 @@
-# The options that zsh offers once compinit has found the file: what it says about arguments.
 fpath=("${1:h}" $fpath)
-autoload -U compinit
-compinit -u -D
+autoload -U compinit && compinit -u -D
 _arguments() { print -r -- "$@" }
 "$_comps[get-qmb-ver]"

@@ -1,6 +1,5 @@
 import fcntl
 import re
-import subprocess
 import time
 
 from pytest import mark, param
@@ -51,16 +50,6 @@ def test_a_store_keeps_all_but_comments_blank_lines_and_empty_sections(user, ser
     timestamp = int(re.search(r"timestamp=(\d+)", stored)[1])
     assert time.time() - 60 < timestamp <= time.time()  # 60: the timeout in pytest.ini
     assert stored == f"k=v\n[{ENTRY}]\ntimestamp={timestamp}\nx=y\ninfo={RELEASE}[F]\ni=3\n"
-
-
-def test_a_locale_that_groups_digits_does_not_get_into_the_cache_file(user, serve):
-    subprocess.run(["localedef", "-c", "--no-archive", "-f", TESTS / "empty.charmap",
-                    "-i", TESTS / "grouping.locale", user.home / "grouping"], capture_output=True)
-    assert (user.home / "grouping/LC_NUMERIC").exists()  # whatever it lacks besides
-    user.environment |= {"LC_ALL": "grouping", "LOCPATH": str(user.home)}
-    user.expect_answer(RELEASE, "--blocking", port=serve().port)
-    stored = user.cache.read_text()
-    assert re.search(r"timestamp=\d{10}\n", stored)
 
 
 def test_a_run_waits_250_ms_for_a_lock_and_then_does_without_the_file(user, serve):

@@ -23,11 +23,11 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
     param("sh", "./60-qmb-motd", "Latest QMB release: {}\n", "", id="message of the day"),
     param("sh", "sh -eu status-bar.sh", "QMB {}\n", "", id="status bar"),
 ])
-def test_an_example_shows_the_answer_and_obeys_nothing_in_it(tool, shell, commands, before, own):
+def test_an_example_shows_the_answer_and_obeys_nothing_in_it(user, shell, commands, before, own):
     if not shutil.which(shell):
         skip(f"needs {shell}")
     for stored, expected in {"": own, STORED: before.format(SHOWN) + own}.items():
-        tool.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")
+        user.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")
         run = subprocess.run([shell, "-c", commands], cwd=EXAMPLES, encoding="utf-8", check=True,
-                             env=tool.environment | {"LC_ALL": "C.UTF-8"}, capture_output=True)
+                             env=user.environment | {"LC_ALL": "C.UTF-8"}, capture_output=True)
         assert (run.stdout, run.stderr) == (expected, "")

@@ -1,4 +1,4 @@
-"""What lies beside the program: a completion for each shell and the manual."""
+"""What lies beside the program. offered.SHELL prints the options that a file offers in its shell."""
 import re
 import shutil
 import subprocess
@@ -7,12 +7,13 @@ from pytest import mark, param, skip
 
 from program import PROGRAM, TESTS
 
+ZSH_FOLDER = "vendor-completions" if "/usr/bin/" in str(PROGRAM) else "site-functions"  # Debian's
 OPTIONS = {"--help", "--host", "--port", "--blocking", "--target", "--ini-dir", "--debug"}
 
 
 @mark.parametrize("shell, pattern", [
     param("bash", "bash-completion/completions/get-qmb-ver", id="bash"),
-    param("zsh", "zsh/*/_get-qmb-ver", id="zsh"),  # its folder is another one in Debian's package
+    param("zsh", f"zsh/{ZSH_FOLDER}/_get-qmb-ver", id="zsh"),
     param("fish", "fish/vendor_completions.d/get-qmb-ver.fish", id="fish"),
     param("sh", "man/man1/get-qmb-ver.1*", id="the manual"),
 ])

@@ -17,8 +17,7 @@ using CFIndex = long;
 constexpr void* kCFAllocatorNull = nullptr;
 constexpr int errSecSuccess = 0;
 
-inline void CFRelease(void const* released)
-{ delete static_cast<object const*>(released); }
+inline void CFRelease(void const* released) { delete static_cast<object const*>(released); }
 
 inline CFDataRef CFDataCreateWithBytesNoCopy(void*, unsigned char const* bytes, CFIndex size, void*)
 { return new object{.der = {bytes, bytes + size}}; }
