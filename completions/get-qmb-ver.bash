@@ -1,4 +1,5 @@
 # bash completion for get-qmb-ver, from bash 3.2 on
+# shellcheck shell=bash
 
 _get_qmb_ver() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word
