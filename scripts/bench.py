@@ -1,6 +1,6 @@
 """Times the built program against cat and curl on this machine: prints tables, draws a picture.
 
-The only argument is the file for the picture, as SVG.
+The only argument is the file for the picture, as SVG, relative to the project's folder.
 The commands take turns at every run, so that whatever else the machine does meets them alike. The
 usual tool, hyperfine, times one command after the other: on one quiet machine five benches of it
 gave 1.03 to 1.14 for a default run against cat, five of this 1.04 to 1.07.
@@ -15,9 +15,9 @@ import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-PROGRAM = ROOT / "build/bench/bin/get-qmb-ver"
-MODULE = ROOT / "build/bench/lib/get-qmb-ver/fetch.so"
-LINKED = ROOT / "build/bench-openssl/bin/get-qmb-ver"  # what it would be without a module
+PROGRAM = "build/bench/bin/get-qmb-ver"
+MODULE = "build/bench/lib/get-qmb-ver/fetch.so"
+LINKED = "build/bench-openssl/bin/get-qmb-ver"  # what it would be without a module
 RUNS, WARMUP = 400, 10
 ENTRY = "[RevisionInfo-EEF92FF99DD26159]\ninfo=4.7.2 (2022-06-30)\ntimestamp=9999999999\n"
 PAGE = "--host=localhost /downloads/page"  # the page of the entry
@@ -100,9 +100,11 @@ def draw(picture, bars):
 
 
 def main(picture):
-    with tempfile.TemporaryDirectory() as folder:
+    os.chdir(ROOT)  # the commands hold no path but those below it, which have no blanks
+    with tempfile.TemporaryDirectory(dir="build") as folder:
+        folder = os.path.relpath(folder)
         os.environ["SSL_CERT_FILE"] = f"{folder}/root.pem"
-        with subprocess.Popen([sys.executable, "-B", f"{ROOT}/scripts/https_server.py", folder],
+        with subprocess.Popen([sys.executable, "-B", "scripts/https_server.py", folder],
                               stdout=subprocess.PIPE, text=True) as server:
             try:
                 commands = commands_of(folder, server.stdout.readline().strip())
@@ -125,8 +127,8 @@ def main(picture):
             ("10,000 entries / 100 entries",
              took["default run, 10,000 in the file"] / took["default run, 100 in the file"], "100"),
             ("peak memory of a default run, MiB", memory["default run, 1 in the file"], "3.5"),
-            ("size of the program, MiB", PROGRAM.stat().st_size / 2**20, ""),
-            ("size of the module, MiB", MODULE.stat().st_size / 2**20, "")]:
+            ("size of the program, MiB", os.path.getsize(PROGRAM) / 2**20, ""),
+            ("size of the module, MiB", os.path.getsize(MODULE) / 2**20, "")]:
         print(f"| {name} | {value:.2f} | {target and 'at most ' + target} |")
     draw(picture, {"cat of the file": cat, "get-qmb-ver": default,
                    "get-qmb-ver --blocking": took["blocking run"],
