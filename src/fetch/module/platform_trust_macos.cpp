@@ -30,8 +30,10 @@ bool is_trusted_server(std::span<platform_certificate const> chain)
     certificates.push_back(certificate.get());
   owned<CFArrayRef> const array{CFArrayCreate(nullptr, certificates.data(),
                                               static_cast<CFIndex>(certificates.size()), nullptr)};
+  if (!array)
+    return false;
   owned<SecPolicyRef> const policy{SecPolicyCreateSSL(true, nullptr)};
-  if (!array || !policy)
+  if (!policy)
     return false;
   SecTrustRef created = nullptr;
   auto const status = SecTrustCreateWithCertificates(array.get(), policy.get(), &created);
