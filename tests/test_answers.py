@@ -81,7 +81,7 @@ def test_what_cannot_be_fetched_printed_or_stored_is_no_error(user, serve):
     assert reason == "File too large\n"
 
 
-def test_all_addresses_of_a_host_are_tried(user, serve):
+def test_the_next_address_of_a_host_is_tried(user, serve):
     etc = namespace("bwrap", "--dev-bind", "/", "/", "--ro-bind", TESTS / "two_addresses", "/etc")
     user.expect_answer(RELEASE, "--blocking", before=etc, host="qmb.test", port=serve().port)
 

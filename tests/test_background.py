@@ -70,7 +70,7 @@ def test_without_a_copy_an_answer_is_printed_but_the_run_fails(user):
     assert result.stderr == "Unable to start child process (first fork).\n"
 
 
-def test_the_module_is_looked_for_in_one_place_that_the_message_names(user):
+def test_a_program_without_its_module_names_the_one_place_and_still_answers(user):
     user.program.unlink()
     shutil.copy(PROGRAM, user.program)
     library = re.search(r"/\S+/libc\.\S+", pathlib.Path("/proc/self/maps").read_text())[0]

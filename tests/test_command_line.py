@@ -6,7 +6,7 @@ from program import TESTS
 
 
 @mark.parametrize("arguments, message", [
-    param(["--ini-dir", ""], "Please provide page target.", id="no page (before other faults)"),
+    param(["--ini-dir", ""], "Please provide page target.", id="no page, told before --ini-dir"),
     param(["--ini-dir", "", "p"], "Unable to establish path for *.ini file.", id="--ini-dir ''"),
     param(["--blokcing", "p"], "Exception: unrecognised option '--blokcing'", id="a typing error"),
     param(["a", "b"], "Exception: too many positional options ", id="two pages"),
