@@ -34,7 +34,7 @@ class User:
         return subprocess.run([*before, "get-qmb-ver", *arguments], env=self.environment,
                               stdout=stdout, stderr=subprocess.PIPE, encoding="utf-8", **options)
 
-    def run_page(self, *arguments, host=HOST, port=1, **options):  # nobody listens at port 1
+    def run_page(self, *arguments, host=HOST, port="none", **options):  # no such service
         return self.run("--host", host, f"--port={port}", PAGE, *arguments, **options)
 
     def expect_answer(self, text, *arguments, **options):

@@ -69,7 +69,7 @@ def test_a_run_waits_250_ms_for_a_lock_and_then_does_without_the_file(user, serv
 
 def test_what_cannot_be_fetched_printed_or_stored_is_no_error(user, serve):
     user.remember("4.7", NEVER_STALE)
-    reason = user.reason("--blocking")
+    reason = user.reason("--blocking", port=1)
     assert re.fullmatch(r"connect: [\w ]+ \[system:\d+\]\n", reason)  # names no source file
     user.expect_answer("4.7\n")
     with open("/dev/full", "w") as full:
@@ -97,8 +97,8 @@ def test_a_request_has_exactly_these_bytes(user, serve):
 
 @mark.parametrize("response, text, errors", [
     param(b"HTTP/1.1 404 Oops\r\n\r\n" + BLOCK, "9\n", "", id="yes: an error page with a block"),
-    param(http_response(b"<!--ReleaseInfo\r\n 1\n\r2\0\t-->" + BLOCK), " 12\0\t\n", "",
-          id="yes: the first block, all but its line ends"),
+    param(http_response(bytes(2**23 - 99) + b"<!--ReleaseInfo\r\n 1\n\r2\0\t-->" + BLOCK),
+          " 12\0\t\n", "", id="yes: the first block in 8 MiB, all but its line ends"),
     param(http_response(b"<!--ReleaseInfo\r\n-->" + BLOCK), "", "", id="no: an empty first block"),
     param(http_response(b""), "", "'<!--ReleaseInfo' delimiter not found.\n", id="no: no block"),
     param(http_response(b"-->" + BLOCK[:-1]), "", "'-->' delimiter not found.\n", id="no: no end"),

@@ -15,8 +15,8 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
 @mark.parametrize("shell, commands, before, own", [
     param("bash", "PS1='$?> '; . ./prompt.bash; . ./prompt.bash; (exit 3); echo \"${PS1@P}\"",
           "[{}] ", "3> \n", id="prompt.bash"),
-    param("zsh", "PS1='%?> '; . ./prompt.zsh; . ./prompt.zsh; $precmd_functions; (exit 3);"
-          "print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh"),
+    param("zsh", "LC_ALL=C.UTF-8 PS1='%?> '; . ./prompt.zsh; . ./prompt.zsh; $precmd_functions;"
+          "(exit 3); print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh"),
     param("fish", "function fish_prompt; echo $status'> '; end; . ./prompt.fish; . ./prompt.fish;"
           "sh -c 'exit 3'; fish_prompt", "[{}] ", "3> \n", id="prompt.fish"),
     param("sh", "sh -eu news.sh; sh -eu news.sh", "New QMB release: {}\n", "", id="news, once"),
@@ -29,5 +29,5 @@ def test_an_example_shows_the_answer_and_obeys_nothing_in_it(user, shell, comman
     for stored, expected in {"": own, STORED: before.format(SHOWN) + own}.items():
         user.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")
         run = subprocess.run([shell, "-c", commands], cwd=EXAMPLES, encoding="utf-8", check=True,
-                             env=user.environment | {"LC_ALL": "C.UTF-8"}, capture_output=True)
+                             env=user.environment | {"LC_ALL": "C"}, capture_output=True)
         assert (run.stdout, run.stderr) == (expected, "")

@@ -1,4 +1,4 @@
-"""What lies beside the program. offered.SHELL prints the options that a file offers in its shell."""
+"""What lies beside the program. offered.SHELL prints the options that a file offers there."""
 import re
 import shutil
 import subprocess
