@@ -42,6 +42,7 @@ def certificates():
         make_chain(folder, "weak-", root_bits=1024)
         make_certificate(folder, "expired-root", authority=True, subject="root", validity=EXPIRED)
         make_certificate(folder / "forged", "root", authority=True)
+        (folder / "unusable.pem").write_text("no certificate\n")
         yield folder
 
 

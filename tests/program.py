@@ -50,10 +50,10 @@ class User:
         self.cache.write_text(f"[{ENTRY}]\ninfo={text}\ntimestamp={timestamp}\n")
 
 
-def namespace(*command):
-    """The command, for running the program behind it; skips the test where it is not allowed."""
+def available(*command):
+    """The command, for running another behind it; skips the test where that is not possible."""
     if not shutil.which(command[0]) or subprocess.run([*command, "true"]).returncode:
-        skip(f"needs a namespace by {command[0]}")
+        skip(f"needs {command[0]}")
     return command
 
 

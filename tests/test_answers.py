@@ -5,7 +5,7 @@ import time
 from pytest import mark, param
 
 from https_server import CUT, http_response
-from program import ENTRY, PAGE, RELEASE, TESTS, namespace
+from program import ENTRY, PAGE, RELEASE, TESTS, available
 
 INVALID = "[E]\nno sign\n"
 BLOCK = b"<!--ReleaseInfo9-->"  # announces "9"
@@ -38,7 +38,7 @@ def test_an_invalid_file_is_left_alone_by_a_store_and_emptied_by_a_read(user, se
 
 def test_no_message_goes_into_the_cache_file_when_standard_error_is_closed(user):
     user.cache.write_text(INVALID)
-    user.run_page("--debug", before=["sh", "-c", 'exec "$@" 2>&-', "sh"])
+    user.run_page("--debug", before=["sh", "-c", 'exec "$@" <&- 2>&-', "sh"])
     assert user.cache.read_text() == ""
 
 
@@ -82,21 +82,23 @@ def test_what_cannot_be_fetched_printed_or_stored_is_no_error(user, serve):
 
 
 def test_the_next_address_of_a_host_is_tried(user, serve):
-    etc = namespace("bwrap", "--dev-bind", "/", "/", "--ro-bind", TESTS / "two_addresses", "/etc")
-    user.expect_answer(RELEASE, "--blocking", before=etc, host="qmb.test", port=serve().port)
+    etc = available("bwrap", "--dev-bind", "/", "/", "--ro-bind", TESTS / "two_addresses", "/etc")
+    user.expect_answer(RELEASE, "--blocking", before=etc, host="QMB.test", port=serve().port)
+    assert "[RevisionInfo-6A1BC9623731A97A]" in user.cache.read_text()  # of the host as given
 
 
 def test_a_request_has_exactly_these_bytes(user, serve):
     server = serve()
     user.run_page("--blocking", port=server.port)
-    query = 3499211612 * 1001 >> 32  # 0 to 1000, by the first number of an unseeded mt19937
-    assert server.requests == [b"GET " + PAGE + b"?%d HTTP/1.0\r\nHost: 127.0.0.1\r\n"
-                               b"User-Agent: Boost.Beast/330\r\n\r\n" % query]
+    # 815 is 3499211612 * 1001 >> 32: 0 to 1000, by the first number of an unseeded mt19937.
+    assert server.requests == [b"GET " + PAGE + b"?815 HTTP/1.0\r\nHost: 127.0.0.1\r\n"
+                               b"User-Agent: Boost.Beast/330\r\n\r\n"]
     assert server.server_name == "127.0.0.1"
 
 
 @mark.parametrize("response, text, errors", [
-    param(b"HTTP/1.1 404 Oops\r\n\r\n" + BLOCK, "9\n", "", id="yes: an error page with a block"),
+    param(b"HTTP/1.1 404 Oops\r\nX:" + b"x" * 8000 + b"\r\n\r\n" + BLOCK, "9\n", "",
+          id="yes: an error page with a block, behind a header of nearly 8 KiB"),
     param(http_response(bytes(2**23 - 99) + b"<!--ReleaseInfo\r\n 1\n\r2\0\t-->" + BLOCK),
           " 12\0\t\n", "", id="yes: the first block in 8 MiB, all but its line ends"),
     param(http_response(b"<!--ReleaseInfo\r\n-->" + BLOCK), "", "", id="no: an empty first block"),

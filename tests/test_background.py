@@ -7,7 +7,7 @@ import time
 
 from pytest import mark, param
 
-from program import HOST, PROGRAM, RELEASE, copies, namespace, wait_for_copies
+from program import HOST, PROGRAM, RELEASE, copies, available, wait_for_copies
 
 
 def test_the_first_run_starts_a_copy_that_fetches_what_the_second_prints(user, serve):
@@ -62,7 +62,7 @@ def test_an_answer_is_refreshed_when_over_a_day_old(user, age, started):
 
 def test_without_a_copy_an_answer_is_printed_but_the_run_fails(user):
     # "env true" is the first process in the PID namespace: after its end there can be no other.
-    last = [*namespace("unshare", "--user", "--pid"), "sh", "-c", 'env true; exec "$@"', "sh"]
+    last = [*available("unshare", "--user", "--pid"), "sh", "-c", 'env true; exec "$@"', "sh"]
     user.environment["ASAN_OPTIONS"] = "detect_leaks=0"  # the check would need a process
     user.remember("4.7", 5)
     result = user.run_page(before=last)

@@ -1,10 +1,9 @@
-"""The examples that lie beside the program, in the shells that they are for."""
-import shutil
+"""The examples beside the program, each in its shell, without program and answer and with both."""
 import subprocess
 
-from pytest import mark, param, skip
+from pytest import mark, param
 
-from program import PROGRAM
+from program import PROGRAM, available
 
 EXAMPLES = PROGRAM.parent.parent / "share/doc/get-qmb-ver/examples"
 ENTRY = "RevisionInfo-F52DE1D45C6EB51C"  # of the host and the page that the examples ask for
@@ -24,10 +23,10 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
     param("sh", "sh -eu status-bar.sh", "QMB {}\n", "", id="status bar"),
 ])
 def test_an_example_shows_the_answer_and_obeys_nothing_in_it(user, shell, commands, before, own):
-    if not shutil.which(shell):
-        skip(f"needs {shell}")
-    for stored, expected in {"": own, STORED: before.format(SHOWN) + own}.items():
+    for stored, path, expected in [("", user.environment["PATH"].partition(":")[2], own),
+                                   (STORED, user.environment["PATH"], before.format(SHOWN) + own)]:
         user.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")
-        run = subprocess.run([shell, "-c", commands], cwd=EXAMPLES, encoding="utf-8", check=True,
-                             env=user.environment | {"LC_ALL": "C"}, capture_output=True)
-        assert (run.stdout, run.stderr) == (expected, "")
+        run = subprocess.run([*available(shell, "-c"), commands], cwd=EXAMPLES, encoding="utf-8",
+                             env=user.environment | {"LC_ALL": "C", "PATH": path},
+                             capture_output=True)
+        assert (run.returncode, run.stdout, run.stderr) == (0, expected, "")

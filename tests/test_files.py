@@ -1,11 +1,10 @@
 """What lies beside the program. offered.SHELL prints the options that a file offers there."""
 import re
-import shutil
 import subprocess
 
-from pytest import mark, param, skip
+from pytest import mark, param
 
-from program import PROGRAM, TESTS
+from program import PROGRAM, TESTS, available
 
 ZSH_FOLDER = "vendor-completions" if "/usr/bin/" in str(PROGRAM) else "site-functions"  # Debian's
 OPTIONS = {"--help", "--host", "--port", "--blocking", "--target", "--ini-dir", "--debug"}
@@ -19,8 +18,7 @@ OPTIONS = {"--help", "--host", "--port", "--blocking", "--target", "--ini-dir", 
 ])
 def test_all_options_are_offered_and_nothing_else(user, shell, pattern):
     [file] = (PROGRAM.parent.parent / "share").glob(pattern)
-    if not shutil.which(shell):
-        skip(f"needs {shell}")
+    available(shell, "-c")
     offered = subprocess.run([shell, TESTS / f"offered.{shell}", file], env=user.environment,
                              stdout=subprocess.PIPE, encoding="utf-8").stdout
     assert set(re.findall("--[a-z-]+", offered)) == OPTIONS

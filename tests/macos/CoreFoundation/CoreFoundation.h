@@ -14,13 +14,14 @@ bool is_trusted_on_linux(std::span<platform_certificate const> chain);
 struct object { std::vector<unsigned char> der = {}; std::vector<void const*> chain = {}; };
 typedef object *CFDataRef, *CFArrayRef, *SecCertificateRef, *SecPolicyRef, *SecTrustRef;
 using CFIndex = long;
-constexpr void* kCFAllocatorNull = nullptr;
+inline object no_allocator;
+inline void* const kCFAllocatorNull = &no_allocator;
 constexpr int errSecSuccess = 0;
 
 inline void CFRelease(void const* released) { delete static_cast<object const*>(released); }
 
-inline CFDataRef CFDataCreateWithBytesNoCopy(void*, unsigned char const* bytes, CFIndex size, void*)
-{ return new object{.der = {bytes, bytes + size}}; }
+inline CFDataRef CFDataCreateWithBytesNoCopy(void*, unsigned char const* bytes, CFIndex size, void* a)
+{ return a == kCFAllocatorNull ? new object{.der = {bytes, bytes + size}} : nullptr; }
 
 // Takes a certificate only, with no byte behind it: its length stands in the third and fourth byte.
 inline SecCertificateRef SecCertificateCreateWithData(void*, CFDataRef data)
@@ -34,7 +35,6 @@ inline SecPolicyRef SecPolicyCreateSSL(bool server, void* host_name)
 
 inline int SecTrustCreateWithCertificates(CFArrayRef array, SecPolicyRef policy, SecTrustRef* trust)
 { *trust = new object{.chain = array->chain}; return policy ? errSecSuccess : 1; }
-// clang-format on
 
 inline bool SecTrustEvaluateWithError(SecTrustRef trust, void*)
 {
