@@ -20,8 +20,8 @@ constexpr int errSecSuccess = 0;
 
 inline void CFRelease(void const* released) { delete static_cast<object const*>(released); }
 
-inline CFDataRef CFDataCreateWithBytesNoCopy(void*, unsigned char const* bytes, CFIndex size, void* a)
-{ return a == kCFAllocatorNull ? new object{.der = {bytes, bytes + size}} : nullptr; }
+inline CFDataRef CFDataCreateWithBytesNoCopy(void*, unsigned char const* der, CFIndex size, void* a)
+{ return a == kCFAllocatorNull ? new object{.der = {der, der + size}} : nullptr; }
 
 // Takes a certificate only, with no byte behind it: its length stands in the third and fourth byte.
 inline SecCertificateRef SecCertificateCreateWithData(void*, CFDataRef data)
