@@ -117,6 +117,6 @@ def test_what_counts_as_an_answer(user, serve, response, text, errors):
     assert user.cache.exists() == bool(text)
 
 
-def test_a_working_directory_that_is_gone_does_no_harm(user, serve):
+def test_a_fetch_needs_no_working_directory(user, serve):
     gone = ["sh", "-c", 'mkdir gone && cd gone && rmdir ../gone && exec "$@"', "sh"]
     user.expect_answer(RELEASE, "--blocking", port=serve().port, before=gone, cwd=user.home)
