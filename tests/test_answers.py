@@ -14,8 +14,8 @@ TRUNCATED = "asio.ssl.stream:1\n"
 
 
 @mark.parametrize("content, text, timestamp", [
-    param(f"# c\r\n\n[{ENTRY}]\r\n info = 1=a \ntimestamp= +9 \n", "1=a\n", 9, id="an edited file"),
-    param(f"[{ENTRY}]\ntimestamp=-9999999999\n", "", -9999999999, id="no info, a 64-bit time"),
+    param(f"# c\r\n\n[{ENTRY}]\r\n info = 1=a \ntimestamp= +9 \n", "1=a\n", 9, id="edited by hand"),
+    param(f"[{ENTRY}]\ntimestamp=-9999999999\n", "", -9999999999, id="no text, a 64-bit time"),
     param(f"[{ENTRY}]\ninfo=1\ntimestamp={'9' * 20}\n", "1\n", 0, id="a time of over 64 bits is 0"),
 ])
 def test_what_a_cache_file_answers(user, content, text, timestamp):
@@ -36,9 +36,10 @@ def test_an_invalid_file_is_left_alone_by_a_store_and_emptied_by_a_read(user, se
     assert (read.stderr, user.cache.read_text()) == (error, "")
 
 
-def test_no_message_goes_into_the_cache_file_when_standard_error_is_closed(user):
+@mark.parametrize("closed", ["2>&-", "<&- 2>&-"])
+def test_no_message_goes_into_the_cache_file_when_standard_error_is_closed(user, closed):
     user.cache.write_text(INVALID)
-    user.run_page("--debug", before=["sh", "-c", 'exec "$@" <&- 2>&-', "sh"])
+    user.run_page("--debug", before=["sh", "-c", f'exec "$@" {closed}', "sh"])
     assert user.cache.read_text() == ""
 
 
@@ -81,13 +82,13 @@ def test_what_cannot_be_fetched_printed_or_stored_is_no_error(user, serve):
     assert reason == "File too large\n"
 
 
-def test_the_next_address_of_a_host_is_tried(user, serve):
+def test_the_next_address_of_a_host_is_tried_and_its_name_kept_as_given(user, serve):
     etc = available("bwrap", "--dev-bind", "/", "/", "--ro-bind", TESTS / "two_addresses", "/etc")
     user.expect_answer(RELEASE, "--blocking", before=etc, host="QMB.test", port=serve().port)
     assert "[RevisionInfo-6A1BC9623731A97A]" in user.cache.read_text()  # of the host as given
 
 
-def test_a_request_has_exactly_these_bytes(user, serve):
+def test_a_request_and_its_server_name_have_exactly_these_bytes(user, serve):
     server = serve()
     user.run_page("--blocking", port=server.port)
     # 815 is 3499211612 * 1001 >> 32: 0 to 1000, by the first number of an unseeded mt19937.
@@ -100,7 +101,7 @@ def test_a_request_has_exactly_these_bytes(user, serve):
     param(b"HTTP/1.1 404 Oops\r\nX:" + b"x" * 8000 + b"\r\n\r\n" + BLOCK, "9\n", "",
           id="yes: an error page with a block, behind a header of nearly 8 KiB"),
     param(http_response(bytes(2**23 - 99) + b"<!--ReleaseInfo\r\n 1\n\r2\0\t-->" + BLOCK),
-          " 12\0\t\n", "", id="yes: the first block in 8 MiB, all but its line ends"),
+          " 12\0\t\n", "", id="yes: the first block, after almost 8 MiB; only its line ends go"),
     param(http_response(b"<!--ReleaseInfo\r\n-->" + BLOCK), "", "", id="no: an empty first block"),
     param(http_response(b""), "", "'<!--ReleaseInfo' delimiter not found.\n", id="no: no block"),
     param(http_response(b"-->" + BLOCK[:-1]), "", "'-->' delimiter not found.\n", id="no: no end"),

@@ -23,7 +23,7 @@ def test_the_first_run_starts_a_copy_that_fetches_what_the_second_prints(user, s
     assert stat.filemode(user.cache.stat().st_mode) == "-rw-r-----"
 
 
-def test_the_copy_is_the_same_program_with_explicit_options_and_no_output(user):
+def test_the_copy_has_explicit_options_no_output_and_all_else_of_its_caller(user):
     certificates = user.home / "certificates"
     os.mkfifo(certificates)  # holds the copy before it connects
     user.environment["SSL_CERT_FILE"] = str(certificates)
@@ -53,7 +53,7 @@ def test_the_copy_is_the_same_program_with_explicit_options_and_no_output(user):
     param(86_460, 1, id="yes: a minute more"),
     param(-2**63, 0, id="no: from the future, as far away as can be"),
 ])
-def test_an_answer_is_refreshed_when_over_a_day_old(user, age, started):
+def test_a_copy_is_started_when_the_answer_is_over_a_day_old(user, age, started):
     user.remember("4.7", min(int(time.time()) - age, 2**63 - 1))
     user.expect_answer("4.7\n")
     copies_started = len(wait_for_copies())

@@ -13,10 +13,8 @@ NOBODY = "no file of this name"
 
 @fixture
 def check(user, serve, certificates):
-    """Checks whether a run believes a server that sends chain.
-
-    OpenSSL trusts the certificate that is named, the platform those named by their place in /etc.
-    """
+    """Checks whether a run believes a server that sends chain, where OpenSSL trusts the certificate
+    that is named and the platform those that are named by their place in /etc."""
     def check(believed, chain, openssl, platform, **server):
         user.environment["SSL_CERT_FILE"] = f"{certificates}/{openssl}.pem"
         etc = ["bwrap", "--dev-bind", "/", "/", "--tmpfs", "/etc"]
