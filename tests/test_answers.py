@@ -15,10 +15,10 @@ TRUNCATED = "asio.ssl.stream:1\n"
 
 @mark.parametrize("content, text, timestamp", [
     param(f"# c\r\n\n[{ENTRY}]\r\n info = 1=a \ntimestamp= +9 \n", "1=a\n", 9, id="edited by hand"),
-    param(f"[{ENTRY}]\ntimestamp=-9999999999\n", "", -9999999999, id="no text, a 64-bit time"),
+    param(f"[{ENTRY}]\ntimestamp=-9999999999\n", "", -9999999999, id="no info, a 64-bit time"),
     param(f"[{ENTRY}]\ninfo=1\ntimestamp={'9' * 20}\n", "1\n", 0, id="a time of over 64 bits is 0"),
 ])
-def test_what_a_cache_file_answers(user, content, text, timestamp):
+def test_what_a_cache_file_answers_and_debug_tells(user, content, text, timestamp):
     user.cache.write_text(content)
     result = user.run_page("--debug")
     assert (result.returncode, result.stderr) == (0, "")
@@ -43,7 +43,7 @@ def test_no_message_goes_into_the_cache_file_when_standard_error_is_closed(user,
     assert user.cache.read_text() == ""
 
 
-def test_a_store_keeps_all_but_comments_blank_lines_and_empty_sections(user, serve):
+def test_a_store_keeps_all_but_its_time_comments_blank_lines_and_empty_sections(user, serve):
     entry = f"[{ENTRY}]\ntimestamp=5\nx=y\ninfo={RELEASE}"  # the same answer as that to come
     user.cache.write_text(f"; c\nk = v\n\n{entry}[F]\n i = 3\n[G]\n")
     user.expect_answer(RELEASE, "--blocking", port=serve().port)
@@ -110,9 +110,9 @@ def test_a_request_and_its_server_name_have_exactly_these_bytes(user, serve):
     param([b"HTTP/1.0 200 OK\r\n\r\n" + BLOCK, CUT], "", TRUNCATED, id="no: cut, length unknown"),
     param(http_response(bytes(2**23) + BLOCK), "", "beast.http:9\n", id="no: more than 8 MiB"),
     param([b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n0\r\n", b"\r"], "",
-          "beast.http:2\n", marks=mark.ndebug, id="no: chunks without their last byte"),
+          "beast.http:2\n", marks=mark.ndebug, id="no, and no abort: chunks cut at the end"),
 ])
-def test_what_counts_as_an_answer(user, serve, response, text, errors):
+def test_what_counts_as_an_answer_and_what_debug_tells(user, serve, response, text, errors):
     reason = user.reason("--blocking", answer=text, port=serve(response).port)
     assert reason == errors
     assert user.cache.exists() == bool(text)

@@ -10,7 +10,7 @@ from pytest import mark, param
 from program import HOST, PROGRAM, RELEASE, copies, available, wait_for_copies
 
 
-def test_the_first_run_starts_a_copy_that_fetches_what_the_second_prints(user, serve):
+def test_a_first_run_starts_a_copy_that_stores_by_link_and_umask_what_the_next_prints(user, serve):
     user.cache.symlink_to("dotfile")
     user.environment["HOME"] = "/none"
     options = {"port": serve().port, "cwd": user.home, "umask": 0o027}
