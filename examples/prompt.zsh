@@ -12,8 +12,8 @@ qmb_release() {
   emulate -L zsh # whatever options you have set
   psvar[9]=$(get-qmb-ver --host "$qmb_host" "$qmb_page" </dev/null 2>/dev/null |
     LC_ALL=C.UTF-8 sed 's/[[:cntrl:]]//g') || :
+  [[ $PS1 == *%9v* ]] || PS1='%(9V.[%9v] .)'$PS1 # some themes set it anew at each prompt
 }
 
 autoload -Uz add-zsh-hook
 add-zsh-hook precmd qmb_release
-[[ $PS1 == *%9v* ]] || PS1='%(9V.[%9v] .)'$PS1
