@@ -10,6 +10,6 @@ seen=${HOME-}/.qmb-release-seen
 release=$(get-qmb-ver --host "$host" "$page" </dev/null 2>/dev/null |
   LC_ALL=C.UTF-8 sed 's/[[:cntrl:]]//g')
 if [ -n "$release" ] && [ "$release" != "$(cat "$seen" 2>/dev/null)" ]; then
-  printf 'New QMB release: %s\n' "$release"
+  printf 'Latest QMB release: %s\n' "$release"
   { printf '%s\n' "$release" >"$seen"; } 2>/dev/null || :
 fi

@@ -3,6 +3,7 @@
 #
 #     . ~/prompt.bash
 #
+# Where your PROMPT_COMMAND sets PS1 at each prompt, put '$(qmb_release)' into it yourself.
 # Where a timer or cron fetches twice a day, no prompt starts a background copy.
 qmb_host=www.example.org
 qmb_page=/downloads/page

@@ -18,7 +18,7 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
           "(exit 3); print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh"),
     param("fish", "function fish_prompt; echo $status'> '; end; . ./prompt.fish; . ./prompt.fish;"
           "sh -c 'exit 3'; fish_prompt", "[{}] ", "3> \n", id="prompt.fish"),
-    param("sh", "sh -eu news.sh; sh -eu news.sh", "New QMB release: {}\n", "", id="news, once"),
+    param("sh", "sh -eu news.sh; sh -eu news.sh", "Latest QMB release: {}\n", "", id="news, once"),
     param("sh", "./60-qmb-motd", "Latest QMB release: {}\n", "", id="message of the day"),
     param("sh", "sh -eu status-bar.sh", "QMB {}\n", "", id="status bar"),
 ])
