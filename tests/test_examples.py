@@ -22,7 +22,7 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
     param("sh", "./60-qmb-motd", "Latest QMB release: {}\n", "", id="message of the day"),
     param("sh", "sh -eu status-bar.sh", "QMB {}\n", "", id="status bar"),
 ])
-def test_an_example_adds_the_plain_answer_and_nothing_else(user, shell, commands, before, own):
+def test_an_example_adds_just_the_plain_answer_and_never_fails(user, shell, commands, before, own):
     for stored, path, expected in [("", user.environment["PATH"].partition(":")[2], own),
                                    (STORED, user.environment["PATH"], before.format(SHOWN) + own)]:
         user.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")

@@ -12,9 +12,9 @@ OPTIONS = {"--help", "--host", "--port", "--blocking", "--target", "--ini-dir", 
 
 @mark.parametrize("shell, pattern", [
     param("bash", "bash-completion/completions/get-qmb-ver", id="bash: no file for --ini-dir"),
-    param("zsh", f"zsh/{ZSH_FOLDER}/_get-qmb-ver", id="zsh"),
+    param("zsh", f"zsh/{ZSH_FOLDER}/_get-qmb-ver", id="zsh: values behind an equal sign, too"),
     param("fish", "fish/vendor_completions.d/get-qmb-ver.fish", id="fish: folders for --ini-dir"),
-    param("sh", "man/man1/get-qmb-ver.1*", id="the manual"),
+    param("sh", "man/man1/get-qmb-ver.1*", id="the manual, which names the cache file"),
 ])
 def test_all_seven_options_are_offered_and_nothing_else(user, shell, pattern):
     [file] = (PROGRAM.parent.parent / "share").glob(pattern)

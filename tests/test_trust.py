@@ -42,7 +42,7 @@ def test_whom_the_platform_believes_where_openssl_knows_no_issuer(check, believe
     check(believed, chain, NOBODY, {BUNDLES[0]: platform})
 
 
-@mark.parametrize("openssl", ["expired-root", "forged/root"])
+@mark.parametrize("openssl", ["expired-root", "forged/root", "issuer"])
 def test_what_else_openssl_rejects_the_platform_cannot_save(check, openssl):
     check(False, "server issuer", openssl, {BUNDLES[0]: "root"})
 
