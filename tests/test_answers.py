@@ -9,7 +9,6 @@ from program import ENTRY, PAGE, RELEASE, TESTS, available
 
 INVALID = "[E]\nno sign\n"
 BLOCK = b"<!--ReleaseInfo9-->"  # announces "9"
-NEVER_STALE = 2**63 - 1
 TRUNCATED = "asio.ssl.stream:1\n"
 
 
@@ -53,8 +52,8 @@ def test_a_store_keeps_all_but_its_time_comments_blank_lines_and_empty_sections(
     assert stored == f"k=v\n[{ENTRY}]\ntimestamp={timestamp}\nx=y\ninfo={RELEASE}[F]\ni=3\n"
 
 
-def test_a_run_waits_250_ms_for_a_lock_and_then_does_without_the_file(user, serve):
-    user.remember("4.7", NEVER_STALE)
+def test_a_read_waits_250_ms_for_a_lock_and_without_it_nothing_is_read_or_stored(user, serve):
+    user.remember("4.7")
     with open(user.cache, "a") as lock:
         fcntl.lockf(lock, fcntl.LOCK_EX)
         waits = []
@@ -68,11 +67,15 @@ def test_a_run_waits_250_ms_for_a_lock_and_then_does_without_the_file(user, serv
     user.expect_answer("4.7\n")
 
 
-def test_what_cannot_be_fetched_printed_or_stored_is_no_error(user, serve):
-    user.remember("4.7", NEVER_STALE)
+def test_a_failed_fetch_is_no_error_and_keeps_the_answer(user):
+    user.remember("4.7")
     reason = user.reason("--blocking", port=1)
     assert re.fullmatch(r"connect: [\w ]+ \[system:\d+\]\n", reason)  # names no source file
     user.expect_answer("4.7\n")
+
+
+def test_what_cannot_be_printed_is_stored_and_what_cannot_be_stored_is_printed(user, serve):
+    user.remember("4.7")
     with open("/dev/full", "w") as full:
         user.expect_answer(None, stdout=full)
         user.expect_answer(None, "--blocking", stdout=full, port=serve().port)
@@ -82,7 +85,7 @@ def test_what_cannot_be_fetched_printed_or_stored_is_no_error(user, serve):
     assert reason == "File too large\n"
 
 
-def test_the_next_address_of_a_host_is_tried_and_its_name_kept_as_given(user, serve):
+def test_the_next_address_is_tried_and_the_entry_is_of_the_host_as_given(user, serve):
     etc = available("bwrap", "--dev-bind", "/", "/", "--ro-bind", TESTS / "two_addresses", "/etc")
     user.expect_answer(RELEASE, "--blocking", before=etc, host="QMB.test", port=serve().port)
     assert "[RevisionInfo-6A1BC9623731A97A]" in user.cache.read_text()  # of the host as given

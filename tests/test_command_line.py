@@ -17,7 +17,7 @@ def test_a_wrong_command_line_is_told_in_one_line(user, arguments, message):
     assert result.stderr.startswith(message)
 
 
-def test_an_abbreviated_help_option_shows_four_options_and_needs_no_home(user):
+def test_an_abbreviated_help_shows_version_and_four_options_and_needs_no_home(user):
     del user.environment["HOME"]
     result = user.run("--he")  # abbreviated; --debug, --ini-dir and --target are not shown
     assert (result.returncode, result.stderr) == (0, "")

@@ -13,16 +13,16 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
 
 @mark.parametrize("shell, commands, before, own", [
     param("bash", "PS1='$?> '; . ./prompt.bash; . ./prompt.bash; (exit 3); echo \"${PS1@P}\"",
-          "[{}] ", "3> \n", id="prompt.bash"),
+          "[{}] ", "3> \n", id="prompt.bash: once, status kept"),
     param("zsh", "LC_ALL=C.UTF-8 PS1='%?> '; . ./prompt.zsh; . ./prompt.zsh; $precmd_functions;"
-          "(exit 3); print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh"),
+          "(exit 3); print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh: once, status kept"),
     param("fish", "function fish_prompt; echo $status'> '; end; . ./prompt.fish; . ./prompt.fish;"
-          "sh -c 'exit 3'; fish_prompt", "[{}] ", "3> \n", id="prompt.fish"),
+          "sh -c 'exit 3'; fish_prompt", "[{}] ", "3> \n", id="prompt.fish: once, status kept"),
     param("sh", "sh -eu news.sh; sh -eu news.sh", "Latest QMB release: {}\n", "", id="news, once"),
     param("sh", "./60-qmb-motd", "Latest QMB release: {}\n", "", id="message of the day"),
     param("sh", "sh -eu status-bar.sh", "QMB {}\n", "", id="status bar"),
 ])
-def test_an_example_adds_just_the_plain_answer_and_never_fails(user, shell, commands, before, own):
+def test_an_example_shows_a_clean_literal_answer_or_nothing(user, shell, commands, before, own):
     for stored, path, expected in [("", user.environment["PATH"].partition(":")[2], own),
                                    (STORED, user.environment["PATH"], before.format(SHOWN) + own)]:
         user.cache.write_text(f"[{ENTRY}]\ninfo={stored}\ntimestamp=9000000000\n")

@@ -42,8 +42,8 @@ def test_whom_the_platform_believes_where_openssl_knows_no_issuer(check, believe
     check(believed, chain, NOBODY, {BUNDLES[0]: platform})
 
 
-@mark.parametrize("openssl", ["expired-root", "forged/root", "issuer"])
-def test_what_else_openssl_rejects_the_platform_cannot_save(check, openssl):
+@mark.parametrize("openssl", ["expired-root", "forged/root", param("issuer", id="no root of it")])
+def test_where_openssl_knows_an_issuer_that_fails_the_platform_is_not_asked(check, openssl):
     check(False, "server issuer", openssl, {BUNDLES[0]: "root"})
 
 
@@ -55,12 +55,12 @@ def test_only_tls_1_2_is_spoken(user, check, version):
 
 
 @mark.parametrize("file", ["no such file", "lenient.cnf"])
-def test_a_configuration_file_of_openssl_may_allow_weak_keys(user, check, file):
+def test_only_a_lenient_configuration_file_of_openssl_allows_weak_keys(user, check, file):
     user.environment["OPENSSL_CONF"] = f"{TESTS}/{file}"
     check(file == "lenient.cnf", "weak-server weak-issuer", "weak-root", {})
 
 
-@mark.parametrize("place", [*BUNDLES, IN_DIRECTORY])
+@mark.parametrize("place", [*BUNDLES, param(IN_DIRECTORY, id="the directory")])
 def test_the_platform_trusts_what_a_bundle_or_else_its_directory_holds(check, place):
     check(True, "server issuer", NOBODY, {place: "root"})
 
