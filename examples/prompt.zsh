@@ -16,4 +16,5 @@ qmb_release() {
 }
 
 autoload -Uz add-zsh-hook
+add-zsh-hook -d precmd qmb_release # anew, to come after your theme
 add-zsh-hook precmd qmb_release
