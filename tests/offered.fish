@@ -1,4 +1,4 @@
 set --prepend fish_complete_path (dirname $argv)
 complete -C "get-qmb-ver --ini-dir=/us" | grep -q /usr/ # a directory for this option
-and not complete -C "get-qmb-ver " | grep -q . # no file for the page
+and not begin; complete -C "get-qmb-ver "; complete -C "get-qmb-ver --ini-dir=/etc/pas"; end | grep -q . # no file
 and complete -C "get-qmb-ver --"

@@ -14,7 +14,7 @@ SHOWN = "4.7[1m$(echo no)`echo no`%n\\u\\033é"
 @mark.parametrize("shell, commands, before, own", [
     param("bash", "PS1='$?> '; . ./prompt.bash; . ./prompt.bash; (exit 3); echo \"${PS1@P}\"",
           "[{}] ", "3> \n", id="prompt.bash: once, status kept"),
-    param("zsh", "LC_ALL=C.UTF-8 PS1='%?> '; . ./prompt.zsh; . ./prompt.zsh; $precmd_functions;"
+    param("zsh", "LC_ALL=C.UTF-8 PS1='%?> '; repeat 2 { . ./prompt.zsh; $precmd_functions };"
           "(exit 3); print -P $PS1", "[{}] ", "3> \n", id="prompt.zsh: once, status kept"),
     param("fish", "function fish_prompt; echo $status'> '; end; . ./prompt.fish; . ./prompt.fish;"
           "sh -c 'exit 3'; fish_prompt", "[{}] ", "3> \n", id="prompt.fish: once, status kept"),
